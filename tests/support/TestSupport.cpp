@@ -1,0 +1,56 @@
+#include "support/TestSupport.h"
+
+#include <algorithm>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <stdexcept>
+#include <stdlib.h>
+
+namespace testsupport {
+
+std::filesystem::path corpusDir() {
+    std::filesystem::path dir(TVMSP_CORPUS_DIR);
+    std::error_code ec;
+    return std::filesystem::is_directory(dir / "mpp", ec) ? dir : std::filesystem::path();
+}
+
+std::vector<std::filesystem::path> corpusMppFiles() {
+    std::vector<std::filesystem::path> files;
+    if (corpusDir().empty()) {
+        return files;
+    }
+    for (const auto& entry : std::filesystem::directory_iterator(corpusDir() / "mpp")) {
+        auto ext = entry.path().extension().string();
+        std::transform(ext.begin(), ext.end(), ext.begin(), ::tolower);
+        if (entry.is_regular_file() && (ext == ".mpp" || ext == ".mpt")) {
+            files.push_back(entry.path());
+        }
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+TempDir::TempDir() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "tvmsp-test-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) {
+        throw std::runtime_error("mkdtemp failed");
+    }
+    m_path = pattern;
+}
+
+TempDir::~TempDir() {
+    std::error_code ec;
+    std::filesystem::remove_all(m_path, ec);
+}
+
+std::vector<unsigned char> readFileBytes(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::vector<unsigned char>(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+void writeFileBytes(const std::filesystem::path& path, const std::vector<unsigned char>& bytes) {
+    std::ofstream out(path, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+} // namespace testsupport

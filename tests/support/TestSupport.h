@@ -1,0 +1,38 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace testsupport {
+
+// The folder of real plan files, or an empty path when it is absent on this machine.
+std::filesystem::path corpusDir();
+
+// Skips the running test with a clear message when the corpus folder is absent.
+#define TVMSP_REQUIRE_CORPUS()                                                                         \
+    do {                                                                                               \
+        if (testsupport::corpusDir().empty())                                                          \
+            GTEST_SKIP() << "corpus folder " TVMSP_CORPUS_DIR " is absent; corpus test skipped";       \
+    } while (0)
+
+// All MPP files of the corpus, sorted by name.
+std::vector<std::filesystem::path> corpusMppFiles();
+
+// A fresh temporary folder that is removed with the object.
+class TempDir {
+public:
+    TempDir();
+    ~TempDir();
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
+    const std::filesystem::path& path() const { return m_path; }
+
+private:
+    std::filesystem::path m_path;
+};
+
+std::vector<unsigned char> readFileBytes(const std::filesystem::path& path);
+void writeFileBytes(const std::filesystem::path& path, const std::vector<unsigned char>& bytes);
+
+} // namespace testsupport
