@@ -1,0 +1,11 @@
+#include "MPPImporter/file/KVMSPIMPP12PropertyList.h"
+
+#include "MPPImporter/file/MPPFormatConstants.h"
+
+KVMSPIMPP12PropertyList::KVMSPIMPP12PropertyList()
+    : KVMSPIMPPPropertyList(*mppVersionTables(kMSPDIVersion_2007)) {}
+
+const KVMSPIMPP12PropertyList& KVMSPIMPP12PropertyList::shared() {
+    static const KVMSPIMPP12PropertyList list;
+    return list;
+}

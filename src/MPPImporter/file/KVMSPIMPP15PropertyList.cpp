@@ -1,0 +1,20 @@
+#include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
+
+#include "MPPImporter/file/MPPFormatConstants.h"
+
+KVMSPIMPP15PropertyList::KVMSPIMPP15PropertyList()
+    : KVMSPIMPP15PropertyList(*mppVersionTables(kMSPDIVersion_2013)) {}
+
+KVMSPIMPP15PropertyList::KVMSPIMPP15PropertyList(const MPPVersionTables& tables)
+    : KVMSPIMPPPropertyList(tables) {}
+
+const KVMSPIMPP15PropertyList& KVMSPIMPP15PropertyList::shared() {
+    static const KVMSPIMPP15PropertyList list;
+    return list;
+}
+
+int32_t KVMSPIMPP15PropertyList::constraintUIDFromStream(SSLStream& stream, int32_t /*metaFirstField*/,
+                                                         int32_t dataItemOffset, int32_t /*dataItemSize*/,
+                                                         KVMPPDataReader& caller) const {
+    return readUIDAt(stream, dataItemOffset + 4, "MSPIMPPPropertyList.constraintUIDFromStream", caller);
+}

@@ -1,0 +1,171 @@
+#include "MPPImporter/file/KVMSPIMPPPropertyList.h"
+
+#include "MPPCommon/storage/SSLStream.h"
+#include "MPPCommon/support/Log.h"
+#include "MPPCommon/support/TVException.h"
+#include "MPPImporter/file/KVMPPDataReader.h"
+#include "MPPImporter/file/MPPFormatConstants.h"
+
+namespace {
+
+// Offset of the UID in a calendar's fixed data item.
+constexpr int32_t kCalendarUIDOffsetKey = 25;
+// Low half of the first meta field of a task that is only a placeholder row.
+constexpr int32_t kNullTaskMark = 4;
+
+bool holdsNoTaskObject(int32_t metaFirstField) {
+    return metaFirstField < 16;
+}
+
+} // namespace
+
+KVMSPIMPPPropertyList::KVMSPIMPPPropertyList(const MPPVersionTables& tables)
+    : m_tables(tables), m_propertyIDs(mppPropertyIDTable(tables.keyColumn)),
+      m_propertyOffsets(mppPropertyOffsetTable(tables.keyColumn)) {}
+
+std::string KVMSPIMPPPropertyList::ole2PSummaryInfoName() const {
+    return kSummaryInfoFileName;
+}
+
+std::string KVMSPIMPPPropertyList::ole2DocSummaryInfoName() const {
+    return kDocSummaryInfoFileName;
+}
+
+std::string KVMSPIMPPPropertyList::ole2CompObjName() const {
+    return kCompObjFileName;
+}
+
+int32_t KVMSPIMPPPropertyList::taskMinExpectedSizeForAppVersion(int32_t appVersion) {
+    const MPPVersionTables* tables = mppVersionTables(appVersion);
+    return tables != nullptr ? tables->taskMinExpectedSize : 0;
+}
+
+std::optional<uint32_t> KVMSPIMPPPropertyList::propertyID(int32_t groupKey, int32_t index) const {
+    tvAssert(index >= 1, stringWithFormat("Incorect group property index nummber %d. Must be >= 1.", index));
+    return propertyID(groupKey + index);
+}
+
+std::optional<uint32_t> KVMSPIMPPPropertyList::propertyInfo(int32_t key, const MPPPropertyTable& table) {
+    const auto found = table.find(key);
+    if (found == table.end()) {
+        return std::nullopt;
+    }
+    return found->second;
+}
+
+int32_t KVMSPIMPPPropertyList::readUIDAt(SSLStream& stream, int32_t offset, const char* errorDomain,
+                                         KVMPPDataReader& caller) {
+    stream.seekFromStart(offset);
+    if (!caller.checkError(stream, errorDomain)) {
+        return -1;
+    }
+    const int32_t uid = stream.readInt();
+    caller.checkError(stream, errorDomain);
+    return uid;
+}
+
+int32_t KVMSPIMPPPropertyList::assignmentUIDFromStream(SSLStream& stream, int32_t /*metaFirstField*/,
+                                                       int32_t dataItemOffset, int32_t /*dataItemSize*/,
+                                                       KVMPPDataReader& caller) const {
+    return readUIDAt(stream, dataItemOffset, "MSPIMPPPropertyList.assignmentUIDFromStream", caller);
+}
+
+int32_t KVMSPIMPPPropertyList::constraintUIDFromStream(SSLStream& stream, int32_t /*metaFirstField*/,
+                                                       int32_t dataItemOffset, int32_t /*dataItemSize*/,
+                                                       KVMPPDataReader& caller) const {
+    return readUIDAt(stream, dataItemOffset, "MSPIMPPPropertyList.constraintUIDFromStream", caller);
+}
+
+int32_t KVMSPIMPPPropertyList::calendarUIDFromStream(SSLStream& stream, int32_t /*metaFirstField*/,
+                                                     int32_t dataItemOffset, int32_t dataItemSize,
+                                                     KVMPPDataReader& caller) const {
+    const char* domain = "MSPIMPPPropertyList.calendarUIDFromStream";
+    stream.seekFromStart(dataItemOffset);
+    if (!caller.checkError(stream, domain) || dataItemSize < calendarFixedDataMinItemSize()) {
+        return -1;
+    }
+    // Every version has the key; a calendar's UID stands at its offset.
+    stream.seekFromCurrentPos(static_cast<int32_t>(propertyOffset(kCalendarUIDOffsetKey).value_or(0)));
+    if (!caller.checkError(stream, domain)) {
+        return -1;
+    }
+    const int32_t uid = stream.readInt();
+    if (!caller.checkError(stream, domain) || uid == 0) {
+        return -1;
+    }
+    return uid;
+}
+
+int32_t KVMSPIMPPPropertyList::resourceUIDFromStream(SSLStream& stream, int32_t /*metaFirstField*/,
+                                                     int32_t dataItemOffset, int32_t dataItemSize,
+                                                     int64_t* objectID, KVMPPDataReader& caller) const {
+    const char* domain = "MSPIMPPPropertyList.resourceUIDFromStream";
+    stream.seekFromStart(dataItemOffset);
+    if (!caller.checkError(stream, domain) || dataItemSize < resourceFixedDataMinItemSize()) {
+        return -1;
+    }
+    const int32_t first = stream.readInt();
+    if (!caller.checkError(stream, domain)) {
+        return -1;
+    }
+    const int32_t second = stream.readInt();
+    if (!caller.checkError(stream, domain)) {
+        return -1;
+    }
+    // Files of version 15 put the object id before the UID; version 16 is read like the older ones.
+    const bool uidFirst = mppVersion() != kMSPDIVersion_2013;
+    if (objectID != nullptr) {
+        *objectID = uidFirst ? second : first;
+    }
+    return uidFirst ? first : second;
+}
+
+KVMSPIMPPPropertyList::TaskUIDRules KVMSPIMPPPropertyList::taskUIDRules() const {
+    return {holdsNoTaskObject, 16, "MSPIMPPPropertyList.taskUIDFromStream"};
+}
+
+int32_t KVMSPIMPPPropertyList::taskUIDFromStream(SSLStream& stream, int32_t metaFirstField,
+                                                 int32_t dataItemOffset, int32_t dataItemSize,
+                                                 int32_t appVersion, int64_t* objectID, bool* isNull,
+                                                 KVMPPDataReader& caller) const {
+    const TaskUIDRules rules = taskUIDRules();
+    const bool nullTask = (metaFirstField & 0xFFFF) == kNullTaskMark;
+    if (isNull != nullptr) {
+        *isNull = nullTask;
+    }
+    stream.seekFromStart(dataItemOffset);
+    if (!caller.checkError(stream, rules.errorDomain)) {
+        return -1;
+    }
+
+    const char* domain = rules.errorDomain;
+    bool uidFirst = true;
+    if (nullTask) {
+        tvAssert(dataItemSize >= 4, "Not enough data to read task UID.");
+        domain = "MSPIMPP9PropertyList.taskUIDFromStream";
+    } else {
+        if (rules.holdsNoObject(metaFirstField)) {
+            return -1;
+        }
+        const int32_t minSize = appVersion == mppVersion() ? taskFixedDataMinItemSize()
+                                                           : taskMinExpectedSizeForAppVersion(appVersion);
+        if (dataItemSize != rules.alwaysReadItemSize && dataItemSize < minSize) {
+            return -1;
+        }
+        // Applications 15 and 16 put the object id before the UID.
+        uidFirst = appVersion != kMSPDIVersion_2013 && appVersion != kMSPDIVersion_2016;
+    }
+
+    const int32_t first = stream.readInt();
+    if (!caller.checkError(stream, domain)) {
+        return -1;
+    }
+    const int32_t second = stream.readInt();
+    if (!caller.checkError(stream, domain)) {
+        return -1;
+    }
+    if (objectID != nullptr) {
+        *objectID = uidFirst ? second : first;
+    }
+    return uidFirst ? first : second;
+}

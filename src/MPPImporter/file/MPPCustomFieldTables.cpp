@@ -1,0 +1,93 @@
+#include "MPPImporter/file/MPPCustomFieldTables.h"
+
+#include "MPPImporter/file/MPPFormatConstants.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace {
+
+// A run of consecutive field numbers whose property numbers start at `firstNumber` and grow by `step`.
+struct Run {
+    int count = 0;
+    int64_t firstNumber = 0;
+    int64_t step = 1;
+};
+
+// The fields of one type: its name part ("COST") and up to four runs, numbered from 1 on.
+struct FieldLayout {
+    const char* typeName;
+    std::array<Run, 4> runs;
+};
+
+constexpr size_t kTypeCount = 8;
+using KindLayout = std::array<FieldLayout, kTypeCount>;
+
+// In the order of MPPCustomFieldType.
+constexpr KindLayout kResourceLayout = {{
+    {"COST", {{{3, 123}, {7, 166}}}},
+    {"DATE", {{{10, 173}}}},
+    {"DURATION", {{{3, 117}, {7, 183}}}},
+    {"FINISH", {{{5, 107}, {5, 190}}}},
+    {"NUMBER", {{{5, 112}, {15, 205}}}},
+    {"OUTLINECODE", {{{10, 279, 2}}}},
+    {"START", {{{5, 102}, {5, 220}}}},
+    {"TEXT", {{{2, 8}, {3, 30}, {5, 97}, {20, 225}}}},
+}};
+
+constexpr KindLayout kTaskLayout9 = {{
+    {"COST", {{{10, 134}}}},
+    {"DATE", {{{10, 80}}}},
+    {"DURATION", {{{10, 55, 2}}}},
+    {"FINISH", {{{10, 25, 2}}}},
+    {"NUMBER", {{{10, 45}, {10, 110}}}},
+    {"OUTLINECODE", {{{10, 123}}}},
+    {"START", {{{10, 24, 2}}}},
+    {"TEXT", {{{10, 14}, {20, 90}}}},
+}};
+
+constexpr KindLayout kTaskLayout12 = {{
+    {"COST", {{{3, 106}, {7, 258}}}},
+    {"DATE", {{{10, 265}}}},
+    {"DURATION", {{{3, 103}, {7, 275}}}},
+    {"FINISH", {{{5, 53, 3}, {5, 283, 2}}}},
+    {"NUMBER", {{{5, 87}, {15, 302}}}},
+    {"OUTLINECODE", {{{10, 417, 2}}}},
+    {"START", {{{5, 52, 3}, {5, 282, 2}}}},
+    {"TEXT", {{{6, 51, 3}, {4, 67}, {20, 317}}}},
+}};
+
+using KindTables = std::array<std::vector<MPPCustomFieldRecord>, kTypeCount>;
+
+KindTables buildTables(const std::string& kindName, const KindLayout& layout) {
+    KindTables tables;
+    for (size_t type = 0; type < kTypeCount; ++type) {
+        const FieldLayout& fields = layout[type];
+        int fieldNumber = 1;
+        for (const Run& run : fields.runs) {
+            for (int i = 0; i < run.count; ++i) {
+                tables[type].push_back({run.firstNumber + i * run.step,
+                                        kindName + "_" + fields.typeName + std::to_string(fieldNumber++)});
+            }
+        }
+    }
+    return tables;
+}
+
+std::span<const MPPCustomFieldRecord> tableOfType(const KindTables& tables, MPPCustomFieldType type) {
+    return tables.at(static_cast<size_t>(type));
+}
+
+} // namespace
+
+std::span<const MPPCustomFieldRecord> mppResourceCustomFields(MPPCustomFieldType type) {
+    static const KindTables tables = buildTables("RESOURCE", kResourceLayout);
+    return tableOfType(tables, type);
+}
+
+std::span<const MPPCustomFieldRecord> mppTaskCustomFields(MPPCustomFieldType type, int32_t mppVersion) {
+    static const KindTables tables9 = buildTables("TASK", kTaskLayout9);
+    static const KindTables tables12 = buildTables("TASK", kTaskLayout12);
+    return tableOfType(mppVersion == kMSPDIVersion_2003 ? tables9 : tables12, type);
+}

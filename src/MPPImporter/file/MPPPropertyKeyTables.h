@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdint>
+#include <unordered_map>
+
+// A version's table from the system's own property keys to the numbers or offsets of the file
+// format. A key the version doesn't have is not in the table.
+using MPPPropertyTable = std::unordered_map<int32_t, uint32_t>;
+
+// The property numbers (variable data and Props) and the byte offsets (fixed data and meta items)
+// of the version whose column in the key tables is `keyColumn`.
+MPPPropertyTable mppPropertyIDTable(int keyColumn);
+MPPPropertyTable mppPropertyOffsetTable(int keyColumn);

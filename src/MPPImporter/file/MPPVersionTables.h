@@ -1,0 +1,39 @@
+#pragma once
+
+#include "MPPImporter/file/MPPDataStreamParams.h"
+
+#include <array>
+#include <cstdint>
+
+// Everything about one format version's layout that is a plain value: names of the version's
+// storages and Props stream, the stream layouts per object kind, minimum item sizes and the task flag
+// masks. The property lists read their answers from here.
+struct MPPVersionTables {
+    int32_t mppVersion = 0;
+    // Column of this version in the property key tables.
+    int keyColumn = 0;
+
+    const char* ole2PropsName = "";
+    const char* ole2AppDirectoryName = "";
+    const char* ole2DataDirectoryName = "";
+
+    MPPDataStreamParams assignmentStreams;
+    MPPDataStreamParams calendarStreams;
+    MPPDataStreamParams constraintStreams;
+    MPPDataStreamParams outlcodeStreams;
+    MPPDataStreamParams resourceStreams;
+    MPPDataStreamParams taskStreams;
+
+    int32_t resourceMinExpectedSize = 0;
+    int32_t resourceFixedDataMinItemSize = 0;
+    int32_t taskMinExpectedSize = 0;
+    int32_t taskFixedDataMinItemSize = 0;
+    int32_t calendarFixedDataMinItemSize = 0;
+    int32_t calendarWeekDayWorkingTimesOffset = 0;
+
+    // The bit of task flag n (1 to 20) in the FixedMeta byte that the offset key 215 + n points at.
+    std::array<uint8_t, 20> taskFlagMask{};
+};
+
+// The tables of version 9, 12, 14, 15 or 16; none for any other number.
+const MPPVersionTables* mppVersionTables(int32_t version);

@@ -1,0 +1,114 @@
+#include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
+
+#include "MPPCommon/storage/SSLRoot.h"
+#include "MPPCommon/storage/SSLStorage.h"
+#include "MPPCommon/support/TVException.h"
+#include "MPPFixtureFile.h"
+#include "MPPImporter/file/KVMPPFixedDataReader.h"
+#include "MPPImporter/file/KVMPPVarDataReader.h"
+#include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
+#include "MPPImporter/file/KVMSPIMPPReader.h"
+#include "StreamFileFixture.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr uint32_t kMagic = 0xFADFADBA;
+
+// A fixed meta stream: its header, then one item per (first field, data offset), padded to the size.
+MPPFixtureFile::Bytes metaStream(uint32_t itemSize, const std::vector<std::pair<uint32_t, uint32_t>>& items) {
+    ByteWriter bytes;
+    bytes.u32(kMagic).zeros(12);
+    for (const auto& [firstField, dataOffset] : items) {
+        bytes.u32(firstField).u32(dataOffset).zeros(itemSize - 8);
+    }
+    return bytes.data();
+}
+
+// A file of format 14 whose data directory holds a calendar and a task storage: three calendars
+// (UIDs 1, 5 and 0, which is none) and, behind the three leading items that are no objects, two
+// tasks of 16 bytes (UID then object id), with Fixed2 and variable streams beside them.
+MPPFixtureFile planFile() {
+    MPPFixtureFile file;
+    file.addStream("   114/TBkndCal/FixedMeta", metaStream(10, {{0, 0}, {0, 12}, {0, 24}}));
+    file.addStream("   114/TBkndCal/FixedData",
+                   ByteWriter().u32(1).zeros(8).u32(5).zeros(8).u32(0).zeros(8).data());
+    file.addStream("   114/TBkndTask/FixedMeta",
+                   metaStream(47, {{0, 0}, {0, 0}, {0, 0}, {0x20, 0}, {0x20, 16}}));
+    file.addStream("   114/TBkndTask/FixedData",
+                   ByteWriter().u32(10).u32(1).zeros(8).u32(12).u32(2).zeros(8).data());
+    file.addStream("   114/TBkndTask/Fixed2Meta", metaStream(92, {{0, 0}, {0, 0}, {0, 0}, {0, 0}, {0, 4}}));
+    file.addStream("   114/TBkndTask/Fixed2Data", ByteWriter().zeros(8).data());
+    file.addStream("   114/TBkndTask/VarMeta", ByteWriter().u32(kMagic).zeros(20).data());
+    file.addStream("   114/TBkndTask/Var2Data", {});
+    file.addStorage("   114/TBkndOutlCode");
+    return file;
+}
+
+class KVMSPIMPPDataDirectoryReaderTest : public ::testing::Test {
+protected:
+    KVMSPIMPPDataDirectoryReaderTest()
+        : m_root(planFile().write(m_dir.path(), "plan.mpp").string()),
+          m_reader(m_root.rootStorage(), &KVMSPIMPP14PropertyList::shared(), 14),
+          m_project(m_reader.rootStorage().childStorageWithName("   114"), "   114", &m_reader) {}
+
+    KVMSPIMPPDataDirectoryReader readerOf(const std::string& name) {
+        return KVMSPIMPPDataDirectoryReader(m_project.directory().childStorageWithName(name), name,
+                                            &m_project);
+    }
+
+    testsupport::TempDir m_dir;
+    SSLRoot m_root;
+    KVMSPIMPPReader m_reader;
+    KVMSPOLE2DirectoryReader m_project;
+};
+
+std::vector<int32_t> sorted(std::vector<int32_t> values) {
+    std::sort(values.begin(), values.end());
+    return values;
+}
+
+TEST_F(KVMSPIMPPDataDirectoryReaderTest, CalendarUIDsComeFromTheCalendarUIDReader) {
+    KVMSPIMPPDataDirectoryReader calendars = readerOf("TBkndCal");
+    ASSERT_NE(calendars.fixedDataReader(), nullptr);
+    EXPECT_EQ(calendars.fixed2DataReader(), nullptr);
+    EXPECT_EQ(calendars.varDataReader(), nullptr);
+    EXPECT_EQ(sorted(calendars.uniqueIDs()), (std::vector<int32_t>{1, 5}));
+    EXPECT_TRUE(calendars.isValidUID(5));
+    EXPECT_FALSE(calendars.isValidUID(0));
+    EXPECT_EQ(calendars.parentReader(), &m_project);
+    EXPECT_EQ(calendars.version(), 14);
+    EXPECT_EQ(&calendars.MPPPropertyList(), &KVMSPIMPP14PropertyList::shared());
+}
+
+TEST_F(KVMSPIMPPDataDirectoryReaderTest, TaskStorageOpensAllThreeStreamPairs) {
+    KVMSPIMPPDataDirectoryReader tasks = readerOf("TBkndTask");
+    ASSERT_NE(tasks.fixedDataReader(), nullptr);
+    EXPECT_NE(tasks.fixed2DataReader(), nullptr);
+    EXPECT_NE(tasks.varDataReader(), nullptr);
+    EXPECT_EQ(sorted(tasks.uniqueIDs()), (std::vector<int32_t>{10, 12}));
+    EXPECT_EQ(tasks.objectIDforUniqueID(12), 2);
+    EXPECT_EQ(tasks.objectIDforUniqueID(11), -1);
+}
+
+TEST_F(KVMSPIMPPDataDirectoryReaderTest, StorageWithoutStreamsOrOfUnknownKind) {
+    KVMSPIMPPDataDirectoryReader outlineCodes = readerOf("TBkndOutlCode");
+    EXPECT_EQ(outlineCodes.fixedDataReader(), nullptr);
+    EXPECT_TRUE(outlineCodes.uniqueIDs().empty());
+    EXPECT_FALSE(outlineCodes.isValidUID(1));
+    EXPECT_EQ(outlineCodes.objectIDforUniqueID(1), -1);
+
+    try {
+        KVMSPIMPPDataDirectoryReader unknown(m_project.directory().childStorageWithName("TBkndOutlCode"),
+                                             "TBkndFoo", &m_project);
+        FAIL() << "no assertion";
+    } catch (const TVException& exception) {
+        EXPECT_EQ(exception.reason(), "Unexpected stream name 'TBkndFoo'.");
+    }
+}
+
+} // namespace
