@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MPPCommon/support/TVError.h"
+#include "MPPCommon/support/TVMSPErrors.h"
 
 #include <cstdint>
 #include <map>
@@ -9,8 +10,7 @@
 #include <string>
 #include <vector>
 
-// Errors of the single-answer queries.
-inline constexpr const char* kTVMSPXQueryErrorDomain = "TVMSPFilter.XQueryErrorDomain";
+// Codes of kTVMSPXQueryErrorDomain, the errors of the single-answer queries.
 inline constexpr int kTVMSPXQueryNoMatchError = 1;
 inline constexpr int kTVMSPXQueryMultipleMatchesError = 2;
 
