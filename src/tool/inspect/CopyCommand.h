@@ -1,0 +1,17 @@
+#pragma once
+
+#include "tool/inspect/InspectCommand.h"
+
+class SSLStorage;
+
+// `copy IN OUT`: writes OUT through the library's write side with IN's tree and stream bytes.
+class CopyCommand : public InspectCommand {
+public:
+    std::string name() const override { return "copy"; }
+    std::string argumentsUsage() const override { return "IN OUT"; }
+    size_t argumentCount() const override { return 2; }
+    void run(const std::vector<std::string>& arguments, std::ostream& out) override;
+
+private:
+    void copyStorage(SSLStorage& from, SSLStorage& to, const std::string& path);
+};
