@@ -1,0 +1,119 @@
+#include "MPPImporter/readers/KVMSPIMPPAssignmentReader.h"
+
+#include "MPPCommon/storage/SSLStorage.h"
+#include "MPPCommon/support/Log.h"
+#include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
+#include "MPPImporter/readers/KVMSPISingleAssignmentBaselineReader.h"
+#include "MPPImporter/readers/KVMSPISingleTimephasedDataReader.h"
+#include "MPPImporter/readers/MPPAssignmentPropertyKeys.h"
+#include "MPPImporter/readers/MPPTimephasedWorkDecoder.h"
+
+namespace {
+
+constexpr int32_t kBaselineCount = 11;
+// Units are stored in hundredths of a percent, cost in hundredths and work in thousandths of a minute.
+double percent(double hundredths) {
+    return hundredths / 100.0;
+}
+double currency(double hundredths) {
+    return hundredths / 100.0;
+}
+double seconds(double work) {
+    return work * 0.06;
+}
+
+} // namespace
+
+KVMSPIMPPAssignmentReader::KVMSPIMPPAssignmentReader(std::unique_ptr<SSLStorage> directory, std::string name,
+                                                     KVMSPIParentReader* parentReader)
+    : KVMSPIMPPDataDirectoryReader(std::move(directory), std::move(name), parentReader), m_reads(*this) {
+    if (const auto* project = dynamic_cast<const KVMSPIMPPAbsProjectReader*>(parentReader)) {
+        m_baselineNumber = project->baselineNumber();
+    }
+    decodeTimephasedData();
+    readBaselines();
+}
+
+KVMSPIMPPAssignmentReader::~KVMSPIMPPAssignmentReader() = default;
+
+void KVMSPIMPPAssignmentReader::decodeTimephasedData() {
+    for (const int32_t uid : uniqueIDs()) {
+        std::vector<uint8_t> block;
+        TVDate start;
+        if (!m_reads.varBytes(kAssignmentTimephasedWorkKey, uid, block, nullptr) || block.empty() ||
+            !assignmentStart(uid, start)) {
+            continue;
+        }
+        const auto phases = MPPTimephasedWorkDecoder(block.data(), block.size()).decode(start);
+        if (phases.empty()) {
+            continue;
+        }
+        auto& readers = m_timephasedDataMap[uid];
+        for (const MPPTimephasedPhase& phase : phases) {
+            readers.push_back(std::make_shared<KVMSPISingleTimephasedDataReader>(uid, phase.start, phase.end,
+                                                                                 phase.seconds, *this));
+        }
+    }
+}
+
+void KVMSPIMPPAssignmentReader::readBaselines() {
+    for (int32_t number = 0; number < kBaselineCount; ++number) {
+        bool found = false;
+        for (const int32_t uid : uniqueIDs()) {
+            found = found || KVMSPISingleAssignmentBaselineReader(uid, number, *this).hasBaselineData();
+        }
+        tvLog(found ? stringWithFormat("        Found Baseline(%d) data", number)
+                    : stringWithFormat("        No baseline %d", number));
+    }
+}
+
+bool KVMSPIMPPAssignmentReader::readScaled(int32_t key, int32_t uid, double (*scale)(double), double& value,
+                                           TVError* error) {
+    double stored = 0;
+    if (!m_reads.fixedDouble(key, uid, stored, error)) {
+        return false;
+    }
+    value = scale(stored);
+    return true;
+}
+
+bool KVMSPIMPPAssignmentReader::assignmentFinish(int32_t uid, TVDate& value, TVError* error) {
+    return m_reads.fixedTimestamp(kAssignmentFinishKey, uid, value, error);
+}
+
+bool KVMSPIMPPAssignmentReader::assignmentResourceUID(int32_t uid, int32_t& value, TVError* error) {
+    return m_reads.fixedInt(kAssignmentResourceUIDKey, uid, value, error);
+}
+
+bool KVMSPIMPPAssignmentReader::assignmentStart(int32_t uid, TVDate& value, TVError* error) {
+    return m_reads.fixedTimestamp(kAssignmentStartKey, uid, value, error);
+}
+
+bool KVMSPIMPPAssignmentReader::assignmentTaskUID(int32_t uid, int32_t& value, TVError* error) {
+    return m_reads.fixedInt(kAssignmentTaskUIDKey, uid, value, error);
+}
+
+bool KVMSPIMPPAssignmentReader::assignmentUnits(int32_t uid, double& value, TVError* error) {
+    return readScaled(kAssignmentUnitsKey, uid, percent, value, error);
+}
+
+bool KVMSPIMPPAssignmentReader::assignmentWork(int32_t uid, double& value, TVError* error) {
+    return readScaled(kAssignmentWorkKey, uid, seconds, value, error);
+}
+
+bool KVMSPIMPPAssignmentReader::assignmentActualWork(int32_t uid, double& value, TVError* error) {
+    return readScaled(kAssignmentActualWorkKey, uid, seconds, value, error);
+}
+
+bool KVMSPIMPPAssignmentReader::assignmentRemainingWork(int32_t uid, double& value, TVError* error) {
+    return readScaled(kAssignmentRemainingWorkKey, uid, seconds, value, error);
+}
+
+bool KVMSPIMPPAssignmentReader::assignmentCost(int32_t uid, double& value, TVError* error) {
+    return readScaled(kAssignmentCostKey, uid, currency, value, error);
+}
+
+bool KVMSPIMPPAssignmentReader::assignmentUID(int32_t uid, int32_t& value, TVError* /*error*/) {
+    value = uid;
+    return true;
+}

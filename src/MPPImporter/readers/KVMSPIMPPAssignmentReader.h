@@ -1,0 +1,47 @@
+#pragma once
+
+#include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
+#include "MPPImporter/readers/KVMSPIMPPAbsAssignmentReader.h"
+#include "MPPImporter/readers/MPPObjectFieldReads.h"
+
+// The assignments of the "TBkndAssn" storage, answered field by field by UID. At open it decodes the
+// timephased work block of each assignment into its phases, laid on the standard calendar from the
+// assignment's start.
+class KVMSPIMPPAssignmentReader : public KVMSPIMPPDataDirectoryReader, public KVMSPIMPPAbsAssignmentReader {
+public:
+    KVMSPIMPPAssignmentReader(std::unique_ptr<SSLStorage> directory, std::string name,
+                              KVMSPIParentReader* parentReader);
+    ~KVMSPIMPPAssignmentReader() override;
+
+    int32_t baselineNumber() const override { return m_baselineNumber; }
+    void setBaselineNumber(int32_t baselineNumber) override { m_baselineNumber = baselineNumber; }
+
+    const std::vector<int32_t>& uniqueIDs() const override {
+        return KVMSPIMPPDataDirectoryReader::uniqueIDs();
+    }
+    const KVMSPITimephasedDataMap& assignmentTimephasedDataMap() const override {
+        return m_timephasedDataMap;
+    }
+
+    bool assignmentFinish(int32_t uid, TVDate& value, TVError* error = nullptr) override;
+    bool assignmentResourceUID(int32_t uid, int32_t& value, TVError* error = nullptr) override;
+    bool assignmentStart(int32_t uid, TVDate& value, TVError* error = nullptr) override;
+    bool assignmentTaskUID(int32_t uid, int32_t& value, TVError* error = nullptr) override;
+    bool assignmentUnits(int32_t uid, double& value, TVError* error = nullptr) override;
+    bool assignmentWork(int32_t uid, double& value, TVError* error = nullptr) override;
+    bool assignmentActualWork(int32_t uid, double& value, TVError* error = nullptr) override;
+    bool assignmentRemainingWork(int32_t uid, double& value, TVError* error = nullptr) override;
+    bool assignmentCost(int32_t uid, double& value, TVError* error = nullptr) override;
+    bool assignmentUID(int32_t uid, int32_t& value, TVError* error = nullptr) override;
+
+private:
+    // A fixed double of the assignment, converted by `scale` from the file's unit.
+    bool readScaled(int32_t key, int32_t uid, double (*scale)(double), double& value, TVError* error);
+    void decodeTimephasedData();
+    // Assignments have no baselines of their own; this only reports so for each baseline.
+    void readBaselines();
+
+    MPPObjectFieldReads m_reads;
+    int32_t m_baselineNumber = -1;
+    KVMSPITimephasedDataMap m_timephasedDataMap;
+};

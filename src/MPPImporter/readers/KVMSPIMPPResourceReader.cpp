@@ -1,0 +1,223 @@
+#include "MPPImporter/readers/KVMSPIMPPResourceReader.h"
+
+#include "MPPCommon/storage/SSLStorage.h"
+#include "MPPCommon/support/Log.h"
+#include "MPPCommon/support/TVException.h"
+#include "MPPImporter/file/KVMPPFixedDataReader.h"
+#include "MPPImporter/file/KVMSPIMPPPropertyList.h"
+#include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
+#include "MPPImporter/readers/KVMSPIMPPResourceCustomFieldReader.h"
+#include "MPPImporter/readers/KVMSPISingleExtendedAttribute.h"
+#include "MPPImporter/readers/KVMSPISingleResourceBaselineReader.h"
+#include "MPPImporter/readers/MPPResourceAvailabilityTable.h"
+#include "MPPImporter/readers/MPPResourcePropertyKeys.h"
+
+#include <algorithm>
+#include <optional>
+#include <unordered_map>
+
+namespace {
+
+// Max units are stored in hundredths of a percent.
+constexpr double kMaxUnitsPerPercent = 100.0;
+
+// Work stored in thousandths of a minute, as a time span.
+TVTimeSpan workTimeSpan(double work) {
+    return static_cast<TVTimeSpan>(work * 3600000000.0 / 60000.0);
+}
+
+} // namespace
+
+KVMSPIMPPResourceReader::KVMSPIMPPResourceReader(std::unique_ptr<SSLStorage> directory, std::string name,
+                                                 KVMSPIParentReader* parentReader)
+    : KVMSPIMPPDataDirectoryReader(std::move(directory), std::move(name), parentReader), m_reads(*this),
+      m_uniqueIDs(KVMSPIMPPDataDirectoryReader::uniqueIDs()) {
+    sortUniqueIDsByResourceID();
+    if (const auto* project = dynamic_cast<const KVMSPIMPPAbsProjectReader*>(parentReader)) {
+        m_baselineNumber = project->baselineNumber();
+    }
+    tvLog("      Reading Resources baselines...");
+    readBaselines();
+}
+
+KVMSPIMPPResourceReader::~KVMSPIMPPResourceReader() = default;
+
+void KVMSPIMPPResourceReader::sortUniqueIDsByResourceID() {
+    std::unordered_map<int32_t, std::optional<int32_t>> ids;
+    for (const int32_t uid : m_uniqueIDs) {
+        int32_t id = 0;
+        ids[uid] = resourceID(uid, id) ? std::optional<int32_t>(id) : std::nullopt;
+    }
+    std::stable_sort(m_uniqueIDs.begin(), m_uniqueIDs.end(), [&ids](int32_t first, int32_t second) {
+        const auto& firstID = ids[first];
+        const auto& secondID = ids[second];
+        if (!firstID || !secondID) {
+            tvLog(stringWithFormat("RESOURCE SORT ERROR: resource1UID=%d resource2UID=%d", first, second));
+            return false;
+        }
+        return *firstID < *secondID;
+    });
+}
+
+void KVMSPIMPPResourceReader::readBaselines() {
+    for (int32_t number = 0; number < kBaselineCount; ++number) {
+        bool marked = false;
+        if (!hasBaseline(0, number, marked) || !marked) {
+            tvLog(stringWithFormat("        No baseline %d", number));
+            continue;
+        }
+        BaselineReaders readers;
+        for (const int32_t uid : m_uniqueIDs) {
+            auto reader = std::make_unique<KVMSPISingleResourceBaselineReader>(uid, number, *this);
+            if (reader->hasBaselineData()) {
+                readers.emplace(uid, std::move(reader));
+            }
+        }
+        m_baselineReaders[number] = std::move(readers);
+    }
+}
+
+const KVMSPIMPPResourceReader::BaselineReaders&
+KVMSPIMPPResourceReader::readersForBaseline(int32_t baselineNumber) const {
+    tvAssert(baselineNumber >= 0 && baselineNumber < kBaselineCount,
+             stringWithFormat("Invalid baseline number: %ld", static_cast<long>(baselineNumber)));
+    return m_baselineReaders[baselineNumber];
+}
+
+const KVMSPISingleResourceBaselineReader* KVMSPIMPPResourceReader::selectedBaseline(int32_t uid) const {
+    if (m_baselineNumber >= kBaselineCount) {
+        return nullptr;
+    }
+    const BaselineReaders& readers = readersForBaseline(m_baselineNumber);
+    const auto found = readers.find(uid);
+    return found == readers.end() ? nullptr : found->second.get();
+}
+
+bool KVMSPIMPPResourceReader::isValidUID(int32_t uid) const {
+    MPPDataItemInfo info;
+    return fixedDataReader() != nullptr && fixedDataReader()->dataItemInfo(&info, uid) &&
+           info.dataSize >= MPPPropertyList().resourceMinExpectedSize();
+}
+
+int64_t KVMSPIMPPResourceReader::objectIDforUniqueID(int32_t uid) const {
+    return KVMSPIMPPDataDirectoryReader::objectIDforUniqueID(uid);
+}
+
+bool KVMSPIMPPResourceReader::resourceCost(int32_t uid, double& value, TVError* error) {
+    if (m_baselineNumber < 0) {
+        return m_reads.fixedDouble(kResourceCostKey, uid, value, error);
+    }
+    const KVMSPISingleResourceBaselineReader* baseline = selectedBaseline(uid);
+    if (baseline == nullptr || !baseline->hasCost()) {
+        return false;
+    }
+    value = baseline->resourceCost();
+    return true;
+}
+
+bool KVMSPIMPPResourceReader::resourceWork(int32_t uid, TVTimeSpan& value, TVError* error) {
+    double work = 0;
+    if (m_baselineNumber < 0) {
+        if (!m_reads.fixedDouble(kResourceWorkKey, uid, work, error)) {
+            return false;
+        }
+    } else {
+        const KVMSPISingleResourceBaselineReader* baseline = selectedBaseline(uid);
+        if (baseline == nullptr || !baseline->hasWork()) {
+            return false;
+        }
+        work = baseline->resourceWork();
+    }
+    value = workTimeSpan(work);
+    return true;
+}
+
+bool KVMSPIMPPResourceReader::resourceCostPerUse(int32_t uid, double& value, TVError* error) {
+    return m_reads.fixedDouble(kResourceCostPerUseKey, uid, value, error);
+}
+
+bool KVMSPIMPPResourceReader::resourceID(int32_t uid, int32_t& value, TVError* error) {
+    return m_reads.fixedInt(kResourceIDKey, uid, value, error);
+}
+
+bool KVMSPIMPPResourceReader::resourceMaxUnits(int32_t uid, double& value, TVError* error) {
+    double units = 0;
+    if (!m_reads.fixedDouble(kResourceMaxUnitsKey, uid, units, error)) {
+        return false;
+    }
+    value = units / kMaxUnitsPerPercent;
+    return true;
+}
+
+bool KVMSPIMPPResourceReader::resourceStandardRate(int32_t uid, double& value, TVError* error) {
+    return m_reads.fixedDouble(kResourceStandardRateKey, uid, value, error);
+}
+
+bool KVMSPIMPPResourceReader::resourceType(int32_t uid, int16_t& value, TVError* error) {
+    return m_reads.fixedShort(kResourceTypeKey, uid, value, error);
+}
+
+bool KVMSPIMPPResourceReader::resourceIsCostResource(int32_t uid, uint8_t& value, TVError* error) {
+    constexpr uint8_t kCostResourceBit = 16;
+    uint8_t flags = 0;
+    if (!m_reads.fixed2MetaUByte(kResourceIsCostResourceKey, uid, flags, error)) {
+        return false;
+    }
+    value = flags & kCostResourceBit;
+    return true;
+}
+
+bool KVMSPIMPPResourceReader::resourceUID(int32_t uid, int32_t& value, TVError* error) {
+    return m_reads.fixedInt(kResourceUIDKey, uid, value, error);
+}
+
+bool KVMSPIMPPResourceReader::resourceAvailableFrom(int32_t uid, TVDate& value, TVError* error) {
+    return m_reads.fixedTimestamp(kResourceAvailableFromKey, uid, value, error);
+}
+
+bool KVMSPIMPPResourceReader::resourceAvailableTo(int32_t uid, TVDate& value, TVError* error) {
+    return m_reads.fixedTimestamp(kResourceAvailableToKey, uid, value, error);
+}
+
+bool KVMSPIMPPResourceReader::resourceEmailAddress(int32_t uid, std::string& value, TVError* error) {
+    return m_reads.varUnicode(kResourceEmailAddressKey, uid, value, error);
+}
+
+bool KVMSPIMPPResourceReader::resourceName(int32_t uid, std::string& value, TVError* error) {
+    return m_reads.varUnicode(kResourceNameKey, uid, value, error);
+}
+
+bool KVMSPIMPPResourceReader::resourceNotes(int32_t uid, std::string& value, TVError* error) {
+    return m_reads.varUnicode(kResourceNotesKey, uid, value, error);
+}
+
+bool KVMSPIMPPResourceReader::resourceAvailability(int32_t uid,
+                                                   std::vector<MPPResourceAvailabilityPeriod>& value,
+                                                   TVError* error) {
+    std::vector<uint8_t> bytes;
+    if (!m_reads.varBytes(kResourceAvailabilityKey, uid, bytes, error)) {
+        return false;
+    }
+    MPPResourceAvailabilityTable(bytes.data(), bytes.size()).appendPeriods(value);
+    return true;
+}
+
+bool KVMSPIMPPResourceReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* error) {
+    constexpr int32_t kBaseline1Index = 1;
+    if (index < 0 || index >= kBaselineCount) {
+        return false;
+    }
+    const int32_t key =
+        index == 0 ? kResourceBaselineZeroKey : kResourceHasBaseline1Key + index - kBaseline1Index;
+    uint8_t mark = 0;
+    if (!m_reads.fixed2MetaUByte(key, uid, mark, error)) {
+        return false;
+    }
+    value = mark != 0;
+    return true;
+}
+
+bool KVMSPIMPPResourceReader::resourceCustomFields(
+    int32_t uid, std::vector<std::unique_ptr<KVMSPISingleExtendedAttribute>>& value, TVError* error) {
+    return KVMSPIMPPResourceCustomFieldReader(uid, *this).customFields(value, error);
+}

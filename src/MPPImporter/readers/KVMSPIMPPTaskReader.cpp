@@ -1,0 +1,648 @@
+#include "MPPImporter/readers/KVMSPIMPPTaskReader.h"
+
+#include "MPPCommon/date/DateExtensions.h"
+#include "MPPCommon/storage/SSLStorage.h"
+#include "MPPCommon/support/Log.h"
+#include "MPPCommon/support/TVException.h"
+#include "MPPImporter/file/KVMPPFixedDataReader.h"
+#include "MPPImporter/file/KVMPPVarDataReader.h"
+#include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
+#include "MPPImporter/file/KVMSPIMPPPropertyList.h"
+#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
+#include "MPPImporter/readers/KVMSPIMPPTaskCustomFieldReader.h"
+#include "MPPImporter/readers/KVMSPISingleExtendedAttribute.h"
+#include "MPPImporter/readers/KVMSPISingleTaskBaselineReader.h"
+#include "MPPImporter/readers/MPPTaskPropertyKeys.h"
+
+#include <algorithm>
+#include <typeinfo>
+
+namespace {
+
+constexpr int32_t kNoTask = -1;
+constexpr int16_t kEstimatedMark = 39;
+constexpr uint8_t kMilestoneMark = 0x63;
+constexpr uint8_t kHammockMark = 231;
+constexpr uint8_t kSplitHammockMark = 243;
+constexpr uint8_t kPreHammockMark = 191;
+constexpr uint8_t kPostHammockMark = 255;
+constexpr uint8_t kManualMarkOf15 = 127;
+constexpr uint8_t kEffortDrivenBit = 1 << 4;
+constexpr uint8_t kMilestoneBit = 1 << 1;
+constexpr uint8_t kExpandedBit = 1 << 1;
+constexpr uint8_t kManualBit = 1 << 3;
+constexpr int32_t kFlagCount = 20;
+
+// The typed reads of the stream readers, by the type of the value.
+bool readAt(KVMPPFixedDataReader& reader, double& value, int32_t uid, int32_t offset) {
+    return reader.readDataDouble(value, uid, offset);
+}
+bool readAt(KVMPPFixedDataReader& reader, int16_t& value, int32_t uid, int32_t offset) {
+    return reader.readDataShort(value, uid, offset);
+}
+bool readAt(KVMPPFixedDataReader& reader, int32_t& value, int32_t uid, int32_t offset) {
+    return reader.readDataInt(value, uid, offset);
+}
+bool readAt(KVMPPFixedDataReader& reader, uint8_t& value, int32_t uid, int32_t offset) {
+    return reader.readDataUByte(value, uid, offset);
+}
+bool readAt(KVMPPFixedDataReader& reader, TVDate& value, int32_t uid, int32_t offset) {
+    return reader.readDataTimestamp(value, uid, offset);
+}
+bool readAt(KVMPPVarDataReader& reader, TVDate& value, int32_t uid, int32_t property) {
+    return reader.readDataTimestamp(value, uid, property, 0);
+}
+bool readAt(KVMPPVarDataReader& reader, std::string& value, int32_t uid, int32_t property) {
+    return reader.readDataUnicode(&value, uid, property, 0);
+}
+
+// Reads into a copy, so that a failed read leaves the value alone; text is appended in place.
+template <typename Reader, typename Value>
+bool readInto(Reader& reader, Value& value, int32_t uid, int32_t place) {
+    if constexpr (std::is_same_v<Value, std::string>) {
+        return readAt(reader, value, uid, place);
+    } else {
+        Value read{};
+        if (!readAt(reader, read, uid, place)) {
+            return false;
+        }
+        value = read;
+        return true;
+    }
+}
+
+void takeError(TVError* error, const KVMPPDataReader* reader) {
+    if (reader != nullptr && reader->error()) {
+        setError(error, *reader->error());
+    }
+}
+
+// Work in thousandths of a minute as a time span, truncated.
+TVTimeSpan workTimeSpan(double thousandthsOfMinute) {
+    return static_cast<TVTimeSpan>(thousandthsOfMinute * 3600000000.0 / 60000.0);
+}
+
+} // namespace
+
+KVMSPIMPPTaskReader::KVMSPIMPPTaskReader(std::unique_ptr<SSLStorage> directory, std::string name,
+                                         KVMSPIParentReader* parentReader)
+    : KVMSPIMPPDataDirectoryReader(std::move(directory), std::move(name), parentReader),
+      m_uniqueIDs(KVMSPIMPPDataDirectoryReader::uniqueIDs()) {
+    sortUniqueIDsByTaskID();
+    auto* project = dynamic_cast<KVMSPIMPPAbsProjectReader*>(parentReader);
+    m_baselineNumber = project != nullptr ? project->baselineNumber() : -1;
+    m_flagMask = MPPPropertyList().taskFlagMask();
+    readBaselines();
+    tvLog("    Building parent task map......");
+    buildParentTaskMap();
+}
+
+KVMSPIMPPTaskReader::~KVMSPIMPPTaskReader() = default;
+
+void KVMSPIMPPTaskReader::sortUniqueIDsByTaskID() {
+    std::stable_sort(m_uniqueIDs.begin(), m_uniqueIDs.end(), [this](int32_t uid1, int32_t uid2) {
+        int32_t id1 = 0;
+        int32_t id2 = 0;
+        if (!taskID(uid1, id1) || !taskID(uid2, id2)) {
+            tvLog(stringWithFormat("TASK SORT ERROR: task1UID=%d task2UID=%d", uid1, uid2));
+            return false;
+        }
+        return id1 < id2;
+    });
+}
+
+void KVMSPIMPPTaskReader::readBaselines() {
+    tvLog("      Reading task baselines......");
+    for (int32_t number = 0; number < kBaselineCount; ++number) {
+        bool marked = false;
+        if (!hasBaseline(0, number, marked) || !marked) {
+            tvLog(stringWithFormat("        No baseline %d", number));
+            continue;
+        }
+        BaselineReaders& readers = m_baselineReaders[static_cast<size_t>(number)];
+        for (int32_t uid : m_uniqueIDs) {
+            if (!isValidUID(uid)) {
+                continue;
+            }
+            auto reader = std::make_unique<KVMSPISingleTaskBaselineReader>(uid, number, *this);
+            if (reader->hasBaselineData()) {
+                readers.emplace(uid, std::move(reader));
+            }
+        }
+    }
+}
+
+void KVMSPIMPPTaskReader::buildParentTaskMap() {
+    if (MPPPropertyList().mppVersion() <= kMSPDIVersion_2003) {
+        buildParentTaskMapFromOutline();
+        return;
+    }
+    KVMPPFixedDataReader* fixed = fixedDataReader();
+    if (fixed == nullptr) {
+        return;
+    }
+    for (int32_t uid : m_uniqueIDs) {
+        if (fixed->nullIDs().count(uid) != 0 || !fixed->dataItemInfo(nullptr, uid)) {
+            continue;
+        }
+        int32_t parent = kNoTask;
+        TVError error;
+        if (taskParentUID(uid, parent, &error) && parent >= 0) {
+            m_parentTaskMap[uid] = parent;
+        }
+    }
+}
+
+// Format 9 keeps no parent: the outline comes from the levels in row order, with a stack of the
+// ancestors of the current task. The stack's first element stands for the top, which is no task.
+void KVMSPIMPPTaskReader::buildParentTaskMapFromOutline() {
+    KVMPPFixedDataReader* fixed = fixedDataReader();
+    if (fixed == nullptr) {
+        return;
+    }
+    std::vector<int32_t> ancestors{kNoTask};
+    int32_t currentLevel = 0;
+    int32_t parentLevel = -1;
+    int32_t parent = kNoTask;
+    int32_t previous = kNoTask;
+    for (int32_t uid : m_uniqueIDs) {
+        if (fixed->nullIDs().count(uid) != 0) {
+            continue;
+        }
+        auto count = static_cast<int32_t>(ancestors.size());
+        tvAssert(parentLevel == count - 2, "Corrupted task ancestors stack.");
+        int16_t storedLevel = -1;
+        taskOutlineLevel(uid, storedLevel);
+        const int32_t level = storedLevel;
+        if (level != currentLevel) {
+            if (level < currentLevel) {
+                while (!ancestors.empty() && level < static_cast<int32_t>(ancestors.size()) - 1) {
+                    ancestors.pop_back();
+                }
+            } else {
+                tvAssert(
+                    level == currentLevel + 1,
+                    stringWithFormat("Currupted task hierarchy: currentOutlineLevel=%d taskOutlineLevel=%d "
+                                     "(must be %d)",
+                                     currentLevel, level, currentLevel + 1));
+                ancestors.push_back(previous);
+            }
+            count = static_cast<int32_t>(ancestors.size());
+            parent = count >= 2 ? ancestors.back() : kNoTask;
+            currentLevel = count - 1;
+            parentLevel = count - 2;
+        }
+        tvAssert(level == parentLevel + 1,
+                 stringWithFormat(
+                     "Currupted task hierarchy: parentOutlineLevel=%d taskOutlineLevel=%d (must be %d)",
+                     parentLevel, level, parentLevel + 1));
+        if (parent != kNoTask) {
+            m_parentTaskMap[uid] = parent;
+        }
+        previous = uid;
+    }
+}
+
+const KVMSPIMPPTaskReader::BaselineReaders&
+KVMSPIMPPTaskReader::readersForBaseline(int32_t baselineNumber) const {
+    tvAssert(baselineNumber >= 0 && baselineNumber < kBaselineCount,
+             stringWithFormat("Invalid baseline number: %ld", static_cast<long>(baselineNumber)));
+    return m_baselineReaders[static_cast<size_t>(baselineNumber)];
+}
+
+bool KVMSPIMPPTaskReader::isValidUID(int32_t uid) const {
+    const int32_t appVersion = this->appVersion();
+    const bool knownApp = appVersion == kMSPDIVersion_2003 || appVersion == kMSPDIVersion_2007 ||
+                          appVersion == kMSPDIVersion_2010 || appVersion == kMSPDIVersion_2013 ||
+                          appVersion == kMSPDIVersion_2016;
+    const int32_t minimumSize = knownApp ? KVMSPIMPPPropertyList::taskMinExpectedSizeForAppVersion(appVersion)
+                                         : MPPPropertyList().taskMinExpectedSize();
+    MPPDataItemInfo info;
+    return fixedDataReader() != nullptr && fixedDataReader()->dataItemInfo(&info, uid) &&
+           info.dataSize >= minimumSize;
+}
+
+int64_t KVMSPIMPPTaskReader::objectIDforUniqueID(int32_t uid) const {
+    return KVMSPIMPPDataDirectoryReader::objectIDforUniqueID(uid);
+}
+
+void KVMSPIMPPTaskReader::dbgPrint() {
+    for (int32_t uid : m_uniqueIDs) {
+        TVDate start;
+        TVDate finish;
+        const bool hasStart = taskManualStart(uid, start);
+        const bool hasFinish = taskManualFinish(uid, finish);
+        tvLog(stringWithFormat("Task UID=%d start=%s finish=%s", uid,
+                               hasStart ? initWithDateTime(start).c_str() : "(none)",
+                               hasFinish ? initWithDateTime(finish).c_str() : "(none)"));
+        for (const BaselineReaders& readers : m_baselineReaders) {
+            const auto found = readers.find(uid);
+            if (found != readers.end()) {
+                found->second->dbgPrint();
+            }
+        }
+    }
+}
+
+template <typename Value>
+bool KVMSPIMPPTaskReader::readFixed(int32_t key, int32_t uid, Value& value, TVError* error) {
+    const std::optional<uint32_t> offset = MPPPropertyList().propertyOffset(key);
+    KVMPPFixedDataReader* reader = fixedDataReader();
+    if (offset && reader != nullptr && readInto(*reader, value, uid, static_cast<int32_t>(*offset))) {
+        return true;
+    }
+    takeError(error, reader);
+    return false;
+}
+
+template <typename Value>
+bool KVMSPIMPPTaskReader::readFixed2(int32_t key, int32_t uid, Value& value, TVError* error) {
+    const std::optional<uint32_t> offset = MPPPropertyList().propertyOffset(key);
+    KVMPPFixedDataReader* reader = fixed2DataReader();
+    if (offset && reader != nullptr && readInto(*reader, value, uid, static_cast<int32_t>(*offset))) {
+        return true;
+    }
+    takeError(error, reader);
+    return false;
+}
+
+template <typename Value>
+bool KVMSPIMPPTaskReader::readVar(int32_t key, int32_t uid, Value& value, TVError* error) {
+    const std::optional<uint32_t> property = MPPPropertyList().propertyID(key);
+    KVMPPVarDataReader* reader = varDataReader();
+    if (property && reader != nullptr && readInto(*reader, value, uid, static_cast<int32_t>(*property))) {
+        return true;
+    }
+    takeError(error, reader);
+    return false;
+}
+
+bool KVMSPIMPPTaskReader::readMeta(int32_t key, int32_t uid, uint8_t& value, TVError* error) {
+    const std::optional<uint32_t> offset = MPPPropertyList().propertyOffset(key);
+    KVMPPFixedDataReader* reader = fixedDataReader();
+    uint8_t read = 0;
+    if (offset && reader != nullptr && reader->readMetaUByte(read, uid, static_cast<int32_t>(*offset))) {
+        value = read;
+        return true;
+    }
+    takeError(error, reader);
+    return false;
+}
+
+bool KVMSPIMPPTaskReader::readCost(int32_t key, int32_t uid, double& value, TVError* error) {
+    double hundredths = 0;
+    if (!readFixed(key, uid, hundredths, error)) {
+        return false;
+    }
+    value = hundredths / 100;
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::readWork(int32_t key, int32_t uid, TVTimeSpan& value, TVError* error) {
+    double thousandthsOfMinute = 0;
+    if (!readFixed(key, uid, thousandthsOfMinute, error)) {
+        return false;
+    }
+    value = workTimeSpan(thousandthsOfMinute);
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskTotalCost(int32_t uid, double& value, TVError* error) {
+    return readCost(kTaskTotalCostKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskActualCost(int32_t uid, double& value, TVError* error) {
+    return readCost(kTaskActualCostKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskRemainingCost(int32_t uid, double& value, TVError* error) {
+    return readCost(kTaskRemainingCostKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskActualWork(int32_t uid, TVTimeSpan& value, TVError* error) {
+    return readWork(kTaskActualWorkKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskRemainingWork(int32_t uid, TVTimeSpan& value, TVError* error) {
+    return readWork(kTaskRemainingWorkKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskConstraintDate(int32_t uid, TVDate& value, TVError* error) {
+    return readFixed(kTaskConstraintDateKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskConstraintType(int32_t uid, int16_t& value, TVError* error) {
+    return readFixed(kTaskConstraintTypeKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskEarlyFinish(int32_t uid, TVDate& value, TVError* error) {
+    return readFixed(kTaskEarlyFinishKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskEarlyStart(int32_t uid, TVDate& value, TVError* error) {
+    return readFixed(kTaskEarlyStartKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskLateStart(int32_t uid, TVDate& value, TVError* error) {
+    return readFixed(kTaskLateStartKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskLateFinish(int32_t uid, TVDate& value, TVError* error) {
+    return readFixed(kTaskLateFinishKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskActualStart(int32_t uid, TVDate& value, TVError* error) {
+    return readFixed(kTaskActualStartKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskActualFinish(int32_t uid, TVDate& value, TVError* error) {
+    return readFixed(kTaskActualFinishKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskScheduledStart(int32_t uid, TVDate& value, TVError* error) {
+    return readFixed(kTaskScheduledStartKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskScheduledFinish(int32_t uid, TVDate& value, TVError* error) {
+    return readFixed(kTaskScheduledFinishKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskEstimated(int32_t uid, bool& value, TVError* error) {
+    int16_t mark = 0;
+    const bool read = readFixed(kTaskEstimatedKey, uid, mark, error);
+    value = read && mark == kEstimatedMark;
+    return read;
+}
+
+bool KVMSPIMPPTaskReader::taskFixedCost(int32_t uid, double& value, TVError* error) {
+    return readCost(kTaskFixedCostKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskFixedCostAccrual(int32_t uid, int16_t& value, TVError* error) {
+    return readFixed(kTaskFixedCostAccrualKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskID(int32_t uid, int32_t& value, TVError* error) {
+    return readFixed(kTaskIDKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskOleLink(int32_t uid, uint8_t& value, TVError* error) {
+    return readFixed(kTaskOleLinkKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskOutlineLevel(int32_t uid, int16_t& value, TVError* error) {
+    return readFixed(kTaskOutlineLevelKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskParentUID(int32_t uid, int32_t& value, TVError* error) {
+    return readFixed(kTaskParentUIDKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskPercentComplete(int32_t uid, int16_t& value, TVError* error) {
+    return readFixed(kTaskPercentCompleteKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskPercentWorkComplete(int32_t uid, int16_t& value, TVError* error) {
+    return readFixed(kTaskPercentWorkCompleteKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskPriority(int32_t uid, int16_t& value, TVError* error) {
+    return readFixed(kTaskPriorityKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskType(int32_t uid, int16_t& value, TVError* error) {
+    return readFixed(kTaskTypeKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskManualStart(int32_t uid, TVDate& value, TVError* error) {
+    return readFixed(kTaskStartKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskManualFinish(int32_t uid, TVDate& value, TVError* error) {
+    return readFixed(kTaskFinishKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskName(int32_t uid, std::string& value, TVError* error) {
+    return readVar(kTaskNameKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskNotes(int32_t uid, std::string& value, TVError* error) {
+    return readVar(kTaskNotesKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskPinnedDuration(int32_t uid, std::string& value, TVError* error) {
+    return readVar(kTaskPinnedDurationKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskPinnedFinish(int32_t uid, std::string& value, TVError* error) {
+    return readVar(kTaskPinnedFinishKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskPinnedStart(int32_t uid, std::string& value, TVError* error) {
+    return readVar(kTaskPinnedStartKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskPreLeveledFinish(int32_t uid, TVDate& value, TVError* error) {
+    return readVar(kTaskPreLeveledFinishKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskPreLeveledStart(int32_t uid, TVDate& value, TVError* error) {
+    return readVar(kTaskPreLeveledStartKey, uid, value, error);
+}
+
+const KVMSPISingleTaskBaselineReader* KVMSPIMPPTaskReader::selectedBaseline(int32_t uid) const {
+    if (m_baselineNumber >= kBaselineCount) {
+        return nullptr;
+    }
+    const BaselineReaders& readers = m_baselineReaders[static_cast<size_t>(m_baselineNumber)];
+    const auto found = readers.find(uid);
+    return found != readers.end() ? found->second.get() : nullptr;
+}
+
+bool KVMSPIMPPTaskReader::taskCost(int32_t uid, double& value, TVError* error) {
+    if (m_baselineNumber < 0) {
+        return readCost(kTaskTotalCostKey, uid, value, error);
+    }
+    const KVMSPISingleTaskBaselineReader* baseline = selectedBaseline(uid);
+    if (baseline == nullptr || !baseline->hasCost()) {
+        return false;
+    }
+    value = baseline->taskCost() / 100;
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskDuration(int32_t uid, TVTimeSpan& value, TVError* error) {
+    int32_t tenthsOfMinute = 0;
+    if (m_baselineNumber < 0) {
+        if (!readFixed(kTaskDurationKey, uid, tenthsOfMinute, error)) {
+            return false;
+        }
+    } else {
+        const KVMSPISingleTaskBaselineReader* baseline = selectedBaseline(uid);
+        if (baseline == nullptr || !baseline->hasDuration()) {
+            return false;
+        }
+        tenthsOfMinute = baseline->taskDuration();
+    }
+    value = static_cast<TVTimeSpan>(tenthsOfMinute) * 6000000;
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskStart(int32_t uid, TVDate& value, TVError* error) {
+    if (m_baselineNumber < 0) {
+        return readFixed(kTaskStartKey, uid, value, error);
+    }
+    const KVMSPISingleTaskBaselineReader* baseline = selectedBaseline(uid);
+    if (baseline == nullptr || !baseline->hasStart()) {
+        return false;
+    }
+    value = baseline->taskStart();
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskFinish(int32_t uid, TVDate& value, TVError* error) {
+    if (m_baselineNumber < 0) {
+        return readFixed(kTaskFinishKey, uid, value, error);
+    }
+    const KVMSPISingleTaskBaselineReader* baseline = selectedBaseline(uid);
+    if (baseline == nullptr || !baseline->hasFinish()) {
+        return false;
+    }
+    value = baseline->taskFinish();
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskWork(int32_t uid, TVTimeSpan& value, TVError* error) {
+    if (m_baselineNumber < 0) {
+        return readWork(kTaskWorkKey, uid, value, error);
+    }
+    const KVMSPISingleTaskBaselineReader* baseline = selectedBaseline(uid);
+    if (baseline == nullptr || !baseline->hasWork()) {
+        return false;
+    }
+    value = workTimeSpan(baseline->taskWork());
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskEffortDriven(int32_t uid, bool& value, TVError* error) {
+    uint8_t byte = 0;
+    if (!readMeta(kTaskEffortDrivenKey, uid, byte, error)) {
+        return false;
+    }
+    value = (byte & kEffortDrivenBit) != 0;
+    return true;
+}
+
+// From format 12 on a milestone carries one whole byte value; format 9 has a bit.
+bool KVMSPIMPPTaskReader::taskMilestone(int32_t uid, bool& value, TVError* error) {
+    uint8_t byte = 0;
+    if (!readMeta(kTaskMilestoneKey, uid, byte, error)) {
+        return false;
+    }
+    value = MPPPropertyList().mppVersion() >= kMSPDIVersion_2007 ? byte == kMilestoneMark
+                                                                 : (byte & kMilestoneBit) != 0;
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskExpanded(int32_t uid, bool& value, TVError* error) {
+    uint8_t byte = 0;
+    if (!readMeta(kTaskExpandedKey, uid, byte, error)) {
+        return false;
+    }
+    value = (byte & kExpandedBit) != 0;
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskFlag(int32_t flagNumber, int32_t uid, bool& value, TVError* error) {
+    if (flagNumber < 1 || flagNumber > kFlagCount) {
+        return false;
+    }
+    uint8_t byte = 0;
+    if (!readMeta(kTaskFlagBaseKey + flagNumber, uid, byte, error)) {
+        return false;
+    }
+    value = (byte & m_flagMask[static_cast<size_t>(flagNumber - 1)]) != 0;
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskOleLinkMeta(int32_t uid, uint8_t& value, TVError* error) {
+    return readMeta(kTaskHammockMarkKey, uid, value, error);
+}
+
+bool KVMSPIMPPTaskReader::taskHammock(int32_t uid, bool& value, TVError* error) {
+    uint8_t mark = 0;
+    if (!MPPPropertyList().propertyOffset(kTaskOleLinkKey) ||
+        !readMeta(kTaskHammockMarkKey, uid, mark, error)) {
+        return false;
+    }
+    value = mark == kHammockMark;
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskPreHammock(int32_t uid, bool& value, TVError* error) {
+    uint8_t mark = 0;
+    uint8_t side = 0;
+    if (!readMeta(kTaskHammockMarkKey, uid, mark, error) ||
+        !readMeta(kTaskHammockSideKey, uid, side, error)) {
+        return false;
+    }
+    value = mark == kSplitHammockMark && side == kPreHammockMark;
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskPostHammock(int32_t uid, bool& value, TVError* error) {
+    uint8_t mark = 0;
+    uint8_t side = 0;
+    if (!readMeta(kTaskHammockMarkKey, uid, mark, error) ||
+        !readMeta(kTaskHammockSideKey, uid, side, error)) {
+        return false;
+    }
+    value = mark == kSplitHammockMark && side == kPostHammockMark;
+    return true;
+}
+
+// Files that application 15 writes mark a task that isn't manual with one byte value; all others
+// have a bit.
+bool KVMSPIMPPTaskReader::taskManual(int32_t uid, bool& value, TVError* error) {
+    uint8_t byte = 0;
+    if (!readFixed2(kTaskManualKey, uid, byte, error)) {
+        return false;
+    }
+    const KVMSPIMPPPropertyList& list = MPPPropertyList();
+    value =
+        typeid(list) == typeid(KVMSPIMPP15PropertyList) ? byte != kManualMarkOf15 : (byte & kManualBit) != 0;
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* error) {
+    uint8_t mark = 0;
+    if (index < 0 || index >= kBaselineCount ||
+        !readFixed2(kTaskHasBaselineBaseKey + index, uid, mark, error)) {
+        return false;
+    }
+    value = mark != 0;
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskIsNull(int32_t uid, bool& value, TVError* /*error*/) {
+    value = fixedDataReader() != nullptr && fixedDataReader()->nullIDs().count(uid) != 0;
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskSummary(int32_t uid, bool& value, TVError* /*error*/) {
+    value = uid == 0 || std::any_of(m_parentTaskMap.begin(), m_parentTaskMap.end(),
+                                    [uid](const auto& entry) { return entry.second == uid; });
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskUID(int32_t uid, int32_t& value, TVError* /*error*/) {
+    value = uid;
+    return true;
+}
+
+bool KVMSPIMPPTaskReader::taskCustomFields(int32_t uid,
+                                           std::vector<std::unique_ptr<KVMSPISingleExtendedAttribute>>& value,
+                                           TVError* error) {
+    return KVMSPIMPPTaskCustomFieldReader(uid, *this).customFields(value, error);
+}

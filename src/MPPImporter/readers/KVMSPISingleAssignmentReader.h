@@ -1,0 +1,51 @@
+#pragma once
+
+#include "MPPImporter/readers/KVMSPIMPPAssignmentReader.h"
+#include "MPPImporter/readers/KVMSPISingleObjectReaderBase.h"
+
+#include <memory>
+#include <vector>
+
+// One assignment of the assignment reader: its UID, its task and resource, and the phases of its
+// timephased work, which it shares with the assignment reader's map.
+class KVMSPISingleAssignmentReader : public KVMSPISingleObjectReaderBase {
+public:
+    using TimephasedDataReaders = std::vector<std::shared_ptr<KVMSPISingleTimephasedDataReader>>;
+
+    // Reads the task and resource UIDs, and takes the phases of the assignment from the map.
+    KVMSPISingleAssignmentReader(int32_t uid, KVMSPIMPPAssignmentReader& reader);
+    // A reader to test a filter on: the task and resource UIDs, and no phases.
+    static std::unique_ptr<KVMSPISingleAssignmentReader>
+    initForFilterWithAssignmentUID(int32_t uid, KVMSPIMPPAssignmentReader& reader);
+
+    const TimephasedDataReaders& timephasedDataReaders() const { return m_timephasedDataReaders; }
+
+    // -1 for a UID that couldn't be read. All three are always true.
+    bool assignmentUID(int32_t& value, TVError* error = nullptr) const;
+    bool assignmentResourceUID(int32_t& value, TVError* error = nullptr) const;
+    bool assignmentTaskUID(int32_t& value, TVError* error = nullptr) const;
+
+    bool assignmentUnits(double& value, TVError* error = nullptr) const {
+        return m_assignmentReader.assignmentUnits(uid(), value, error);
+    }
+    bool assignmentWork(double& value, TVError* error = nullptr) const {
+        return m_assignmentReader.assignmentWork(uid(), value, error);
+    }
+    bool assignmentActualWork(double& value, TVError* error = nullptr) const {
+        return m_assignmentReader.assignmentActualWork(uid(), value, error);
+    }
+    bool assignmentRemainingWork(double& value, TVError* error = nullptr) const {
+        return m_assignmentReader.assignmentRemainingWork(uid(), value, error);
+    }
+    bool assignmentCost(double& value, TVError* error = nullptr) const {
+        return m_assignmentReader.assignmentCost(uid(), value, error);
+    }
+
+private:
+    KVMSPISingleAssignmentReader(int32_t uid, KVMSPIMPPAssignmentReader& reader, bool withPhases);
+
+    KVMSPIMPPAssignmentReader& m_assignmentReader;
+    int32_t m_resourceUID = -1;
+    int32_t m_taskUID = -1;
+    TimephasedDataReaders m_timephasedDataReaders;
+};

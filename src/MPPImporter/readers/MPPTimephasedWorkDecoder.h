@@ -1,0 +1,34 @@
+#pragma once
+
+#include "MPPCommon/support/TVDate.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+// One phase of an assignment's timephased work: a period of working time and the work done in it.
+struct MPPTimephasedPhase {
+    TVDate start;
+    TVDate end;
+    // Work of the phase, in seconds.
+    double seconds = 0;
+};
+
+// Decodes an assignment's timephased work block. The block holds a signed 16-bit record count, then
+// records of 28 bytes from offset 40: a working-time offset from the assignment's start (80 units to
+// the minute) and the work done up to and including the record (1000 units to the minute). Each record
+// whose cumulative work grows becomes a phase that starts at its offset and lasts for the work it
+// adds; both are laid on the standard calendar's working time.
+class MPPTimephasedWorkDecoder {
+public:
+    MPPTimephasedWorkDecoder(const uint8_t* bytes, size_t size) : m_bytes(bytes), m_size(size) {}
+
+    // The phases of the whole records the block holds, in record order. Decoding stops at a record
+    // whose offset is negative, and before the phases would walk far more working time than those of
+    // one assignment can, which only a corrupt block asks for.
+    std::vector<MPPTimephasedPhase> decode(TVDate assignmentStart) const;
+
+private:
+    const uint8_t* m_bytes;
+    size_t m_size;
+};

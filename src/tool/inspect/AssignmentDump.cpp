@@ -1,0 +1,50 @@
+#include "tool/inspect/AssignmentDump.h"
+
+#include "MPPImporter/readers/KVMSPIMPPAbsAssignmentReader.h"
+#include "MPPImporter/readers/KVMSPISingleTimephasedDataReader.h"
+#include "tool/inspect/ReaderFieldDump.h"
+
+namespace {
+
+using R = KVMSPIMPPAbsAssignmentReader;
+
+void addFields(R& reader, int32_t uid, nlohmann::ordered_json& assignment) {
+    ReaderFieldDump<R, int32_t>(reader, assignment, uid)
+        .field("assignmentUID", &R::assignmentUID)
+        .field("assignmentTaskUID", &R::assignmentTaskUID)
+        .field("assignmentResourceUID", &R::assignmentResourceUID)
+        .field("assignmentUnits", &R::assignmentUnits)
+        .secondsField("assignmentWork", &R::assignmentWork)
+        .secondsField("assignmentActualWork", &R::assignmentActualWork)
+        .secondsField("assignmentRemainingWork", &R::assignmentRemainingWork)
+        .field("assignmentCost", &R::assignmentCost)
+        .field("assignmentStart", &R::assignmentStart)
+        .field("assignmentFinish", &R::assignmentFinish);
+}
+
+nlohmann::ordered_json phases(const R& reader, int32_t uid) {
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
+    const auto found = reader.assignmentTimephasedDataMap().find(uid);
+    if (found == reader.assignmentTimephasedDataMap().end()) {
+        return list;
+    }
+    for (const auto& phase : found->second) {
+        list.push_back({{"startDate", DumpValue::of(phase->startDate())},
+                        {"endDate", DumpValue::of(phase->endDate())},
+                        {"duration", DumpValue::ofSeconds(phase->duration())}});
+    }
+    return list;
+}
+
+} // namespace
+
+nlohmann::ordered_json AssignmentDump::of(R& reader) {
+    nlohmann::ordered_json assignments = nlohmann::ordered_json::array();
+    for (int32_t uid : reader.uniqueIDs()) {
+        assignments.push_back(dumpObject(uid, [&](nlohmann::ordered_json& assignment) {
+            addFields(reader, uid, assignment);
+            assignment["timephasedData"] = phases(reader, uid);
+        }));
+    }
+    return assignments;
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "MPPCommon/storage/SSLRoot.h"
+#include "MPPImporter/file/KVMSPIMPPReader.h"
+#include "MPPImporter/file/MPPFixtureFile.h"
+#include "support/TestSupport.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+class KVMSPIMPPProjectReader;
+class KVMSPIMPPTaskReader;
+
+// One task of a format 14 plan written for a test: its fixed item of 206 bytes, its meta item of 47
+// bytes and its second fixed item of 96 bytes, each given as bytes at offsets; and its variable data
+// blocks by property number.
+struct FixtureTask {
+    int32_t uid = 0;
+    int32_t id = 0;
+    std::map<int32_t, std::vector<uint8_t>> data;
+    std::map<int32_t, std::vector<uint8_t>> meta;
+    std::map<int32_t, std::vector<uint8_t>> fixed2;
+    std::map<int32_t, std::vector<uint8_t>> var;
+};
+
+// Little-endian bytes of values.
+std::vector<uint8_t> le16(uint16_t value);
+std::vector<uint8_t> le32(uint32_t value);
+std::vector<uint8_t> leDouble(double value);
+// An MPP date: the time in tenths of a minute, then the day after the MPP epoch.
+std::vector<uint8_t> mppTimestamp(uint16_t day, uint16_t tenthsOfMinute);
+
+// A format 14 plan file written by application 14 with the tasks given and a Props stream, opened
+// with the whole reader tree.
+class TaskPlanFixture {
+public:
+    TaskPlanFixture(const std::vector<FixtureTask>& tasks, const MPPFixtureFile::Bytes& props);
+
+    KVMSPIMPPProjectReader& project() const;
+    KVMSPIMPPTaskReader& tasks() const;
+
+    // A Props stream holding the given entries by property number.
+    static MPPFixtureFile::Bytes propsStream(const std::map<uint32_t, std::vector<uint8_t>>& entries);
+
+private:
+    testsupport::TempDir m_dir;
+    std::unique_ptr<SSLRoot> m_root;
+    std::unique_ptr<KVMSPIMPPReader> m_reader;
+};
