@@ -16,7 +16,7 @@ constexpr TVTimeSpan kHour = 60 * kMinute;
 // Times and lengths are stored in tenths of a minute.
 constexpr int32_t kTenthsPerHour = 600;
 constexpr int32_t kWeekDaysSize = 420;
-// Format 14 exception layout: fixed part 92 bytes, extra size at 88, ranges at 14, 20 and 32.
+// Format 14 exception layout: a fixed 92-byte head, extra size at 88, ranges at 14, 20 and 32.
 constexpr int32_t kExceptionSize14 = 92;
 
 void putShort(Bytes& bytes, size_t offset, int32_t value) {
