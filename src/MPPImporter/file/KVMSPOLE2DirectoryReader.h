@@ -1,7 +1,7 @@
 #pragma once
 
 #include "MPPImporter/file/KVMSPIParentReader.h"
-#include "MPPImporter/file/KVMSPIXQResponder.h"
+#include "MPPImporter/query/frame/KVMSPIXQResponder.h"
 
 #include <memory>
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MPPImporter/file/KVMSPIXQResponder.h"
+#include "MPPImporter/query/frame/KVMSPIXQResponder.h"
 
 class KVMSPIMPPDataDirectoryReader;
 

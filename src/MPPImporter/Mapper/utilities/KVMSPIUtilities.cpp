@@ -1,11 +1,11 @@
-#include "MPPImporter/Mapper/KVMSPIUtilities.h"
+#include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 
 #include "MPPCommon/date/DateExtensions.h"
 #include "MPPCommon/date/StringExtensions.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPCommon/xml/KVMSPCXMLDocument.h"
-#include "MPPImporter/Mapper/PosixRegex.h"
+#include "MPPCommon/support/PosixRegex.h"
 
 #include <algorithm>
 #include <cmath>

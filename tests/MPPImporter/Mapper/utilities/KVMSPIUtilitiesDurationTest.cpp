@@ -1,5 +1,5 @@
 #include "MPPCommon/support/TVException.h"
-#include "MPPImporter/Mapper/KVMSPIUtilities.h"
+#include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

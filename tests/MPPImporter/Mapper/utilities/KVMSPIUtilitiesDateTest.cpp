@@ -1,7 +1,7 @@
 #include "MPPCommon/date/DateTestSupport.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
-#include "MPPImporter/Mapper/KVMSPIUtilities.h"
+#include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 
 #include <gtest/gtest.h>
 

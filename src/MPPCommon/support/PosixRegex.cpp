@@ -1,4 +1,4 @@
-#include "MPPImporter/Mapper/PosixRegex.h"
+#include "MPPCommon/support/PosixRegex.h"
 
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"

@@ -1,6 +1,6 @@
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/xml/KVMSPCXMLDocument.h"
-#include "MPPImporter/Mapper/KVMSPIUtilities.h"
+#include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 #include "support/TestSupport.h"
 
 #include <filesystem>
