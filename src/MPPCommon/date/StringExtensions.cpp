@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cctype>
 #include <climits>
+#include <cmath>
 
 namespace {
 
@@ -107,4 +108,13 @@ std::string initWithDurationTimeSpan(TVTimeSpan span) {
     const int seconds =
         spanField((span % kMicrosecondsPerMinute) / kMicrosecondsPerSecond, "Seconds out of range: %d");
     return stringWithFormat("PT%lldH%02dM%02dS", hours, minutes, seconds);
+}
+
+std::string hourMinSecFromDuration(double seconds) {
+    // Whole seconds toward zero; a value that isn't a number counts as 0, a huge one is held to 64 bits.
+    constexpr double kLimit = 9.2e18;
+    const int64_t whole =
+        std::isnan(seconds) ? 0 : static_cast<int64_t>(std::clamp(seconds, -kLimit, kLimit));
+    return stringWithFormat("%02lld:%02d:%02d", static_cast<long long>(whole / 3600),
+                            static_cast<int>((whole % 3600) / 60), static_cast<int>(whole % 60));
 }

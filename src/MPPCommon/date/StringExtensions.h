@@ -22,5 +22,7 @@ std::string initWithBytes(const uint8_t* bytes, size_t length, int format);
 std::string initWithDuration(int64_t tenthsOfMinute);
 // A time span as "h:mm:ss".
 std::string initWithTimeSpan(TVTimeSpan span);
+// A count of seconds as "hh:mm:ss" for logs; the fraction is dropped and hours may run past 99.
+std::string hourMinSecFromDuration(double seconds);
 // A time span as an MSPDI duration "PThhHmmMssS"; a negative span gives "PT0H00M00S".
 std::string initWithDurationTimeSpan(TVTimeSpan span);

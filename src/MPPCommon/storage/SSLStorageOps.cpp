@@ -22,11 +22,33 @@ _Stream* addStream(_Storage* parent, std::unique_ptr<_Stream> stream) {
     return result;
 }
 
+// Opens the stream of entry `index` and hands it out as an open child of `storage`.
+int32_t openChildStream(_Storage* storage, int32_t index, _Stream** child) {
+    std::unique_ptr<_Stream> stream;
+    const int32_t result = streamOpenEntry(storage, storage->root, index, &stream);
+    if (result == SSL_OK) {
+        *child = addStream(storage, std::move(stream));
+    }
+    return result;
+}
+
 int32_t findChild(_Storage* storage, const std::u32string& name, int32_t* index) {
     if (!isValidEntryName(name)) {
         return SSL_ERROR_BAD_ARGUMENT;
     }
     return directoryFindChild(storage->root->directory, storage->entryIndex, name, index);
+}
+
+// Finds the child entry `name` and checks its type: `type`, or the root entry, which serves as both a
+// storage and a stream. An entry of another type answers `wrongTypeResult`.
+int32_t findChildOfType(_Storage* storage, const std::u32string& name, uint8_t type, int32_t wrongTypeResult,
+                        int32_t* index) {
+    const int32_t result = findChild(storage, name, index);
+    if (result != SSL_OK) {
+        return result;
+    }
+    const uint8_t found = storage->root->directory.entries[*index].type;
+    return found == type || found == kEntryTypeRoot ? SSL_OK : wrongTypeResult;
 }
 
 int32_t createChild(_Storage* storage, const std::u32string& name, uint8_t type, int32_t* index) {
@@ -47,16 +69,11 @@ int32_t storageOpenStorage(_Storage* storage, const std::u32string& name, _Stora
         return SSL_ERROR_BAD_ARGUMENT;
     }
     int32_t index = 0;
-    int32_t result = findChild(storage, name, &index);
-    if (result != SSL_OK) {
-        return result;
+    const int32_t result = findChildOfType(storage, name, kEntryTypeStorage, SSL_ERROR_NOT_STORAGE, &index);
+    if (result == SSL_OK) {
+        *child = addStorage(storage, index);
     }
-    uint8_t type = storage->root->directory.entries[index].type;
-    if (type != kEntryTypeStorage && type != kEntryTypeRoot) {
-        return SSL_ERROR_NOT_STORAGE;
-    }
-    *child = addStorage(storage, index);
-    return SSL_OK;
+    return result;
 }
 
 int32_t storageOpenStream(_Storage* storage, const std::u32string& name, _Stream** child) {
@@ -64,20 +81,8 @@ int32_t storageOpenStream(_Storage* storage, const std::u32string& name, _Stream
         return SSL_ERROR_BAD_ARGUMENT;
     }
     int32_t index = 0;
-    int32_t result = findChild(storage, name, &index);
-    if (result != SSL_OK) {
-        return result;
-    }
-    uint8_t type = storage->root->directory.entries[index].type;
-    if (type != kEntryTypeStream && type != kEntryTypeRoot) {
-        return SSL_ERROR_NOT_STREAM;
-    }
-    std::unique_ptr<_Stream> stream;
-    if ((result = streamOpenEntry(storage, storage->root, index, &stream)) != SSL_OK) {
-        return result;
-    }
-    *child = addStream(storage, std::move(stream));
-    return SSL_OK;
+    const int32_t result = findChildOfType(storage, name, kEntryTypeStream, SSL_ERROR_NOT_STREAM, &index);
+    return result == SSL_OK ? openChildStream(storage, index, child) : result;
 }
 
 int32_t storageCreateStorage(_Storage* storage, const std::u32string& name, _Storage** child) {
@@ -85,7 +90,7 @@ int32_t storageCreateStorage(_Storage* storage, const std::u32string& name, _Sto
         return SSL_ERROR_BAD_ARGUMENT;
     }
     int32_t index = 0;
-    int32_t result = createChild(storage, name, kEntryTypeStorage, &index);
+    const int32_t result = createChild(storage, name, kEntryTypeStorage, &index);
     if (result == SSL_OK) {
         *child = addStorage(storage, index);
     }
@@ -97,13 +102,8 @@ int32_t storageCreateStream(_Storage* storage, const std::u32string& name, _Stre
         return SSL_ERROR_BAD_ARGUMENT;
     }
     int32_t index = 0;
-    int32_t result = createChild(storage, name, kEntryTypeStream, &index);
-    std::unique_ptr<_Stream> stream;
-    if (result != SSL_OK || (result = streamOpenEntry(storage, storage->root, index, &stream)) != SSL_OK) {
-        return result;
-    }
-    *child = addStream(storage, std::move(stream));
-    return SSL_OK;
+    const int32_t result = createChild(storage, name, kEntryTypeStream, &index);
+    return result == SSL_OK ? openChildStream(storage, index, child) : result;
 }
 
 int32_t storageGetInfo(const _Storage* storage, _StgInfo* info) {

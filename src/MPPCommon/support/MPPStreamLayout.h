@@ -13,7 +13,7 @@ inline constexpr uint32_t kMPPMetaStreamMagicNumber = 0xFADFADBA;
 // Fixed meta stream ("FixedMeta", "Fixed2Meta"): a header, then one item per data item.
 inline constexpr int32_t kFixedMetaMagicOffset = 0;
 inline constexpr int32_t kFixedMetaHeaderFlagOffset = 4;      // written as 4
-inline constexpr int32_t kFixedMetaElementCountOffset = 8;    // not used when reading
+inline constexpr int32_t kFixedMetaElementCountOffset = 8;    // item count; read to measure items
 inline constexpr int32_t kFixedMetaCumulativeSizeOffset = 12; // not used when reading
 inline constexpr int32_t kFixedMetaHeaderSize = 16;
 

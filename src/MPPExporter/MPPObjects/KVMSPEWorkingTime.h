@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 // The working hours of one day or one calendar exception as the export calendars pass them around:
 // a start and an end, seconds of the day, fixed at creation.
 class KVMSPEWorkingTime {
@@ -10,6 +12,9 @@ public:
     double toTime() const { return m_toTime; }
 
     bool operator==(const KVMSPEWorkingTime&) const = default;
+
+    // Log text: "KVMSPEWorkingTime: [08:00:00-12:00:00] ".
+    std::string description() const;
 
 private:
     double m_fromTime;

@@ -16,7 +16,9 @@ std::optional<TVDate> MSPEScheduleAdvance::endOfDuration(TVDate day, double at, 
         }
         if (!periods->empty()) {
             const auto count = static_cast<int64_t>(periods->size());
-            tvAssert(count > m_index, "Working day has no or too few working time periods.");
+            // The index still names the period of the day before: a day of exactly that many periods
+            // is sound, since later days start again from their first or last period.
+            tvAssert(count >= m_index, "Working day has no or too few working time periods.");
             if (m_days > 0) {
                 m_index = m_forward ? 0 : count - 1;
             }

@@ -12,9 +12,30 @@ namespace {
 constexpr int32_t kCalendarUIDOffsetKey = 25;
 // Low half of the first meta field of a task that is only a placeholder row.
 constexpr int32_t kNullTaskMark = 4;
+// The cost per use of a resource, and the bytes that a cut resource item leaves out in front of it.
+constexpr int32_t kResourceCostPerUseKey = 53;
+constexpr uint32_t kCutResourceItemLeftOutBytes = 8;
 
 bool holdsNoTaskObject(int32_t metaFirstField) {
     return metaFirstField < 16;
+}
+
+// Reads the two integers at the start of an object's fixed data item, its UID and its object id in
+// the order given, and hands out the object id when asked; -1 when the stream fails.
+int32_t readUIDAndObjectID(SSLStream& stream, bool uidFirst, int64_t* objectID, const char* domain,
+                           KVMPPDataReader& caller) {
+    const int32_t first = stream.readInt();
+    if (!caller.checkError(stream, domain)) {
+        return -1;
+    }
+    const int32_t second = stream.readInt();
+    if (!caller.checkError(stream, domain)) {
+        return -1;
+    }
+    if (objectID != nullptr) {
+        *objectID = uidFirst ? second : first;
+    }
+    return uidFirst ? first : second;
 }
 
 } // namespace
@@ -38,6 +59,25 @@ std::string KVMSPIMPPPropertyList::ole2CompObjName() const {
 int32_t KVMSPIMPPPropertyList::taskMinExpectedSizeForAppVersion(int32_t appVersion) {
     const MPPVersionTables* tables = mppVersionTables(appVersion);
     return tables != nullptr ? tables->taskMinExpectedSize : 0;
+}
+
+int32_t KVMSPIMPPPropertyList::resourceMinItemSizeForAppVersion(int32_t appVersion) const {
+    const MPPVersionTables* tables = mppVersionTables(appVersion);
+    if (appVersion == mppVersion() || tables == nullptr) {
+        return resourceFixedDataMinItemSize();
+    }
+    return tables->resourceMinExpectedSize;
+}
+
+std::optional<uint32_t> KVMSPIMPPPropertyList::propertyOffsetForAppVersion(int32_t key,
+                                                                           int32_t appVersion) const {
+    const std::optional<uint32_t> offset = propertyOffset(key);
+    const bool cutResourceItem =
+        resourceMinItemSizeForAppVersion(appVersion) < resourceFixedDataMinItemSize();
+    if (offset && key == kResourceCostPerUseKey && cutResourceItem) {
+        return *offset - kCutResourceItemLeftOutBytes;
+    }
+    return offset;
 }
 
 std::optional<uint32_t> KVMSPIMPPPropertyList::propertyID(int32_t groupKey, int32_t index) const {
@@ -98,26 +138,15 @@ int32_t KVMSPIMPPPropertyList::calendarUIDFromStream(SSLStream& stream, int32_t 
 
 int32_t KVMSPIMPPPropertyList::resourceUIDFromStream(SSLStream& stream, int32_t /*metaFirstField*/,
                                                      int32_t dataItemOffset, int32_t dataItemSize,
-                                                     int64_t* objectID, KVMPPDataReader& caller) const {
+                                                     int32_t appVersion, int64_t* objectID,
+                                                     KVMPPDataReader& caller) const {
     const char* domain = "MSPIMPPPropertyList.resourceUIDFromStream";
     stream.seekFromStart(dataItemOffset);
-    if (!caller.checkError(stream, domain) || dataItemSize < resourceFixedDataMinItemSize()) {
-        return -1;
-    }
-    const int32_t first = stream.readInt();
-    if (!caller.checkError(stream, domain)) {
-        return -1;
-    }
-    const int32_t second = stream.readInt();
-    if (!caller.checkError(stream, domain)) {
+    if (!caller.checkError(stream, domain) || dataItemSize < resourceMinItemSizeForAppVersion(appVersion)) {
         return -1;
     }
     // Files of version 15 put the object id before the UID; version 16 is read like the older ones.
-    const bool uidFirst = mppVersion() != kMSPDIVersion_2013;
-    if (objectID != nullptr) {
-        *objectID = uidFirst ? second : first;
-    }
-    return uidFirst ? first : second;
+    return readUIDAndObjectID(stream, mppVersion() != kMSPDIVersion_2013, objectID, domain, caller);
 }
 
 KVMSPIMPPPropertyList::TaskUIDRules KVMSPIMPPPropertyList::taskUIDRules() const {
@@ -156,16 +185,5 @@ int32_t KVMSPIMPPPropertyList::taskUIDFromStream(SSLStream& stream, int32_t meta
         uidFirst = appVersion != kMSPDIVersion_2013 && appVersion != kMSPDIVersion_2016;
     }
 
-    const int32_t first = stream.readInt();
-    if (!caller.checkError(stream, domain)) {
-        return -1;
-    }
-    const int32_t second = stream.readInt();
-    if (!caller.checkError(stream, domain)) {
-        return -1;
-    }
-    if (objectID != nullptr) {
-        *objectID = uidFirst ? second : first;
-    }
-    return uidFirst ? first : second;
+    return readUIDAndObjectID(stream, uidFirst, objectID, domain, caller);
 }

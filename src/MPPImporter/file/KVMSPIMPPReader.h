@@ -15,7 +15,7 @@ class SSLStorage;
 // The top of the reader tree of one MPP file: its root storage, the property list of its format,
 // the two versions, the readers of the three property sets at the root and the project reader of the
 // data directory. The compound file's root must outlive it.
-class KVMSPIMPPReader : public KVMSPIParentReader {
+class KVMSPIMPPReader final : public KVMSPIParentReader {
 public:
     // Makes the project reader on the data directory. The object readers live in a layer above this
     // one, which supplies it; without one the reader stands without a project reader.

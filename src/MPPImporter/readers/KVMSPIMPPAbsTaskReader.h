@@ -86,7 +86,7 @@ public:
     virtual bool taskPreHammock(int32_t uid, bool& value, TVError* error = nullptr) = 0;
     virtual bool taskPostHammock(int32_t uid, bool& value, TVError* error = nullptr) = 0;
     virtual bool taskManual(int32_t uid, bool& value, TVError* error = nullptr) = 0;
-    // Whether baseline `index` (0 to 10) is marked on the task.
+    // Whether the task holds data in baseline `index` (0 to 10).
     virtual bool hasBaseline(int32_t uid, int32_t index, bool& value, TVError* error = nullptr) = 0;
 
     // These always succeed.

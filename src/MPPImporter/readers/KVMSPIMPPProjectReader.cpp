@@ -6,6 +6,8 @@
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/file/KVMSPIPropsReader.h"
 #include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/query/frame/KVMSPIXQAdapter.h"
+#include "MPPImporter/query/frame/KVMSPIXQAdapterFactory.h"
 #include "MPPImporter/readers/KVMSPIMPPAssignmentReader.h"
 #include "MPPImporter/readers/KVMSPIMPPCalendarReader.h"
 #include "MPPImporter/readers/KVMSPIMPPConstraintReader.h"
@@ -76,6 +78,10 @@ KVMSPIMPPProjectReader::KVMSPIMPPProjectReader(std::unique_ptr<SSLStorage> direc
 }
 
 KVMSPIMPPProjectReader::~KVMSPIMPPProjectReader() = default;
+
+std::unique_ptr<KVMSPIXQAdapter> KVMSPIMPPProjectReader::newXQAdapter() {
+    return KVMSPIXQAdapterFactory::installed().newAdapter(*this);
+}
 
 KVMSPIMPPReader::ProjectReaderFactory KVMSPIMPPProjectReader::projectReaderFactory() {
     return [](std::unique_ptr<SSLStorage> directory, const std::string& name, KVMSPIMPPReader& parent) {

@@ -63,6 +63,9 @@ public:
     bool customFieldOutlineCodeValue(std::string& value, KVMPPVarDataReader& varDataReader, int32_t uid,
                                      int32_t property, int32_t* outlCode, TVError* error = nullptr) override;
 
+protected:
+    std::unique_ptr<KVMSPIXQAdapter> newXQAdapter() override;
+
 private:
     // Reads the property of `key` with `read(property number)`; false, with the Props reader's
     // error, when the version has no such key, there is no Props stream or the read fails.

@@ -4,6 +4,7 @@
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/file/KVMPPFixedDataReader.h"
+#include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 #include "MPPImporter/readers/KVMSPIMPPResourceCustomFieldReader.h"
@@ -96,7 +97,7 @@ const KVMSPISingleResourceBaselineReader* KVMSPIMPPResourceReader::selectedBasel
 bool KVMSPIMPPResourceReader::isValidUID(int32_t uid) const {
     MPPDataItemInfo info;
     return fixedDataReader() != nullptr && fixedDataReader()->dataItemInfo(&info, uid) &&
-           info.dataSize >= MPPPropertyList().resourceMinExpectedSize();
+           info.dataSize >= MPPPropertyList().resourceMinItemSizeForAppVersion(appVersion());
 }
 
 int64_t KVMSPIMPPResourceReader::objectIDforUniqueID(int32_t uid) const {
@@ -202,18 +203,19 @@ bool KVMSPIMPPResourceReader::resourceAvailability(int32_t uid,
     return true;
 }
 
-bool KVMSPIMPPResourceReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* error) {
-    constexpr int32_t kBaseline1Index = 1;
-    if (index < 0 || index >= kBaselineCount) {
+// The marks are property numbers of the variable data, not offsets: a baseline is set for the
+// resource when its variable data holds the mark's property. Format 9 has no marks.
+bool KVMSPIMPPResourceReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* /*error*/) {
+    if (index < 0 || index >= kBaselineCount || varDataReader() == nullptr) {
         return false;
     }
-    const int32_t key =
-        index == 0 ? kResourceBaselineZeroKey : kResourceHasBaseline1Key + index - kBaseline1Index;
-    uint8_t mark = 0;
-    if (!m_reads.fixed2MetaUByte(key, uid, mark, error)) {
+    const KVMSPIMPPPropertyList& list = MPPPropertyList();
+    const auto property = index == 0 ? list.propertyID(kResourceBaselineZeroKey)
+                                     : list.propertyID(kResourceBaselineGroupKey, index);
+    if (!property) {
         return false;
     }
-    value = mark != 0;
+    value = varDataReader()->hasDataForObjectUID(uid, static_cast<int32_t>(*property));
     return true;
 }
 

@@ -5,7 +5,6 @@
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/file/KVMPPFixedDataReader.h"
-#include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/file/MPPFormatConstants.h"
@@ -29,54 +28,11 @@ constexpr uint8_t kPreHammockMark = 191;
 constexpr uint8_t kPostHammockMark = 255;
 constexpr uint8_t kManualMarkOf15 = 127;
 constexpr uint8_t kEffortDrivenBit = 1 << 4;
+constexpr uint8_t kEffortDrivenBitFrom15 = 1 << 3;
 constexpr uint8_t kMilestoneBit = 1 << 1;
 constexpr uint8_t kExpandedBit = 1 << 1;
 constexpr uint8_t kManualBit = 1 << 3;
 constexpr int32_t kFlagCount = 20;
-
-// The typed reads of the stream readers, by the type of the value.
-bool readAt(KVMPPFixedDataReader& reader, double& value, int32_t uid, int32_t offset) {
-    return reader.readDataDouble(value, uid, offset);
-}
-bool readAt(KVMPPFixedDataReader& reader, int16_t& value, int32_t uid, int32_t offset) {
-    return reader.readDataShort(value, uid, offset);
-}
-bool readAt(KVMPPFixedDataReader& reader, int32_t& value, int32_t uid, int32_t offset) {
-    return reader.readDataInt(value, uid, offset);
-}
-bool readAt(KVMPPFixedDataReader& reader, uint8_t& value, int32_t uid, int32_t offset) {
-    return reader.readDataUByte(value, uid, offset);
-}
-bool readAt(KVMPPFixedDataReader& reader, TVDate& value, int32_t uid, int32_t offset) {
-    return reader.readDataTimestamp(value, uid, offset);
-}
-bool readAt(KVMPPVarDataReader& reader, TVDate& value, int32_t uid, int32_t property) {
-    return reader.readDataTimestamp(value, uid, property, 0);
-}
-bool readAt(KVMPPVarDataReader& reader, std::string& value, int32_t uid, int32_t property) {
-    return reader.readDataUnicode(&value, uid, property, 0);
-}
-
-// Reads into a copy, so that a failed read leaves the value alone; text is appended in place.
-template <typename Reader, typename Value>
-bool readInto(Reader& reader, Value& value, int32_t uid, int32_t place) {
-    if constexpr (std::is_same_v<Value, std::string>) {
-        return readAt(reader, value, uid, place);
-    } else {
-        Value read{};
-        if (!readAt(reader, read, uid, place)) {
-            return false;
-        }
-        value = read;
-        return true;
-    }
-}
-
-void takeError(TVError* error, const KVMPPDataReader* reader) {
-    if (reader != nullptr && reader->error()) {
-        setError(error, *reader->error());
-    }
-}
 
 // Work in thousandths of a minute as a time span, truncated.
 TVTimeSpan workTimeSpan(double thousandthsOfMinute) {
@@ -87,7 +43,7 @@ TVTimeSpan workTimeSpan(double thousandthsOfMinute) {
 
 KVMSPIMPPTaskReader::KVMSPIMPPTaskReader(std::unique_ptr<SSLStorage> directory, std::string name,
                                          KVMSPIParentReader* parentReader)
-    : KVMSPIMPPDataDirectoryReader(std::move(directory), std::move(name), parentReader),
+    : KVMSPIMPPDataDirectoryReader(std::move(directory), std::move(name), parentReader), m_reads(*this),
       m_uniqueIDs(KVMSPIMPPDataDirectoryReader::uniqueIDs()) {
     sortUniqueIDsByTaskID();
     auto* project = dynamic_cast<KVMSPIMPPAbsProjectReader*>(parentReader);
@@ -112,14 +68,14 @@ void KVMSPIMPPTaskReader::sortUniqueIDsByTaskID() {
     });
 }
 
+// The files don't give the task with UID 0 a mark for each baseline: a task's Fixed2 meta item holds
+// bit fields of the baseline values it has, and where they lie shifts with the application version
+// and the item size, while plans whose baselines were set field by field leave the summary task
+// unmarked. So every valid task's copy of each baseline is read, and a baseline exists when some task
+// holds data in it.
 void KVMSPIMPPTaskReader::readBaselines() {
     tvLog("      Reading task baselines......");
     for (int32_t number = 0; number < kBaselineCount; ++number) {
-        bool marked = false;
-        if (!hasBaseline(0, number, marked) || !marked) {
-            tvLog(stringWithFormat("        No baseline %d", number));
-            continue;
-        }
         BaselineReaders& readers = m_baselineReaders[static_cast<size_t>(number)];
         for (int32_t uid : m_uniqueIDs) {
             if (!isValidUID(uid)) {
@@ -129,6 +85,9 @@ void KVMSPIMPPTaskReader::readBaselines() {
             if (reader->hasBaselineData()) {
                 readers.emplace(uid, std::move(reader));
             }
+        }
+        if (readers.empty()) {
+            tvLog(stringWithFormat("        No baseline %d", number));
         }
     }
 }
@@ -245,54 +204,9 @@ void KVMSPIMPPTaskReader::dbgPrint() {
     }
 }
 
-template <typename Value>
-bool KVMSPIMPPTaskReader::readFixed(int32_t key, int32_t uid, Value& value, TVError* error) {
-    const std::optional<uint32_t> offset = MPPPropertyList().propertyOffset(key);
-    KVMPPFixedDataReader* reader = fixedDataReader();
-    if (offset && reader != nullptr && readInto(*reader, value, uid, static_cast<int32_t>(*offset))) {
-        return true;
-    }
-    takeError(error, reader);
-    return false;
-}
-
-template <typename Value>
-bool KVMSPIMPPTaskReader::readFixed2(int32_t key, int32_t uid, Value& value, TVError* error) {
-    const std::optional<uint32_t> offset = MPPPropertyList().propertyOffset(key);
-    KVMPPFixedDataReader* reader = fixed2DataReader();
-    if (offset && reader != nullptr && readInto(*reader, value, uid, static_cast<int32_t>(*offset))) {
-        return true;
-    }
-    takeError(error, reader);
-    return false;
-}
-
-template <typename Value>
-bool KVMSPIMPPTaskReader::readVar(int32_t key, int32_t uid, Value& value, TVError* error) {
-    const std::optional<uint32_t> property = MPPPropertyList().propertyID(key);
-    KVMPPVarDataReader* reader = varDataReader();
-    if (property && reader != nullptr && readInto(*reader, value, uid, static_cast<int32_t>(*property))) {
-        return true;
-    }
-    takeError(error, reader);
-    return false;
-}
-
-bool KVMSPIMPPTaskReader::readMeta(int32_t key, int32_t uid, uint8_t& value, TVError* error) {
-    const std::optional<uint32_t> offset = MPPPropertyList().propertyOffset(key);
-    KVMPPFixedDataReader* reader = fixedDataReader();
-    uint8_t read = 0;
-    if (offset && reader != nullptr && reader->readMetaUByte(read, uid, static_cast<int32_t>(*offset))) {
-        value = read;
-        return true;
-    }
-    takeError(error, reader);
-    return false;
-}
-
 bool KVMSPIMPPTaskReader::readCost(int32_t key, int32_t uid, double& value, TVError* error) {
     double hundredths = 0;
-    if (!readFixed(key, uid, hundredths, error)) {
+    if (!m_reads.fixedDouble(key, uid, hundredths, error)) {
         return false;
     }
     value = hundredths / 100;
@@ -301,7 +215,7 @@ bool KVMSPIMPPTaskReader::readCost(int32_t key, int32_t uid, double& value, TVEr
 
 bool KVMSPIMPPTaskReader::readWork(int32_t key, int32_t uid, TVTimeSpan& value, TVError* error) {
     double thousandthsOfMinute = 0;
-    if (!readFixed(key, uid, thousandthsOfMinute, error)) {
+    if (!m_reads.fixedDouble(key, uid, thousandthsOfMinute, error)) {
         return false;
     }
     value = workTimeSpan(thousandthsOfMinute);
@@ -329,48 +243,48 @@ bool KVMSPIMPPTaskReader::taskRemainingWork(int32_t uid, TVTimeSpan& value, TVEr
 }
 
 bool KVMSPIMPPTaskReader::taskConstraintDate(int32_t uid, TVDate& value, TVError* error) {
-    return readFixed(kTaskConstraintDateKey, uid, value, error);
+    return m_reads.fixedTimestamp(kTaskConstraintDateKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskConstraintType(int32_t uid, int16_t& value, TVError* error) {
-    return readFixed(kTaskConstraintTypeKey, uid, value, error);
+    return m_reads.fixedShort(kTaskConstraintTypeKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskEarlyFinish(int32_t uid, TVDate& value, TVError* error) {
-    return readFixed(kTaskEarlyFinishKey, uid, value, error);
+    return m_reads.fixedTimestamp(kTaskEarlyFinishKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskEarlyStart(int32_t uid, TVDate& value, TVError* error) {
-    return readFixed(kTaskEarlyStartKey, uid, value, error);
+    return m_reads.fixedTimestamp(kTaskEarlyStartKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskLateStart(int32_t uid, TVDate& value, TVError* error) {
-    return readFixed(kTaskLateStartKey, uid, value, error);
+    return m_reads.fixedTimestamp(kTaskLateStartKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskLateFinish(int32_t uid, TVDate& value, TVError* error) {
-    return readFixed(kTaskLateFinishKey, uid, value, error);
+    return m_reads.fixedTimestamp(kTaskLateFinishKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskActualStart(int32_t uid, TVDate& value, TVError* error) {
-    return readFixed(kTaskActualStartKey, uid, value, error);
+    return m_reads.fixedTimestamp(kTaskActualStartKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskActualFinish(int32_t uid, TVDate& value, TVError* error) {
-    return readFixed(kTaskActualFinishKey, uid, value, error);
+    return m_reads.fixedTimestamp(kTaskActualFinishKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskScheduledStart(int32_t uid, TVDate& value, TVError* error) {
-    return readFixed(kTaskScheduledStartKey, uid, value, error);
+    return m_reads.fixedTimestamp(kTaskScheduledStartKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskScheduledFinish(int32_t uid, TVDate& value, TVError* error) {
-    return readFixed(kTaskScheduledFinishKey, uid, value, error);
+    return m_reads.fixedTimestamp(kTaskScheduledFinishKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskEstimated(int32_t uid, bool& value, TVError* error) {
     int16_t mark = 0;
-    const bool read = readFixed(kTaskEstimatedKey, uid, mark, error);
+    const bool read = m_reads.fixedShort(kTaskEstimatedKey, uid, mark, error);
     value = read && mark == kEstimatedMark;
     return read;
 }
@@ -380,75 +294,75 @@ bool KVMSPIMPPTaskReader::taskFixedCost(int32_t uid, double& value, TVError* err
 }
 
 bool KVMSPIMPPTaskReader::taskFixedCostAccrual(int32_t uid, int16_t& value, TVError* error) {
-    return readFixed(kTaskFixedCostAccrualKey, uid, value, error);
+    return m_reads.fixedShort(kTaskFixedCostAccrualKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskID(int32_t uid, int32_t& value, TVError* error) {
-    return readFixed(kTaskIDKey, uid, value, error);
+    return m_reads.fixedInt(kTaskIDKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskOleLink(int32_t uid, uint8_t& value, TVError* error) {
-    return readFixed(kTaskOleLinkKey, uid, value, error);
+    return m_reads.fixedUByte(kTaskOleLinkKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskOutlineLevel(int32_t uid, int16_t& value, TVError* error) {
-    return readFixed(kTaskOutlineLevelKey, uid, value, error);
+    return m_reads.fixedShort(kTaskOutlineLevelKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskParentUID(int32_t uid, int32_t& value, TVError* error) {
-    return readFixed(kTaskParentUIDKey, uid, value, error);
+    return m_reads.fixedInt(kTaskParentUIDKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPercentComplete(int32_t uid, int16_t& value, TVError* error) {
-    return readFixed(kTaskPercentCompleteKey, uid, value, error);
+    return m_reads.fixedShort(kTaskPercentCompleteKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPercentWorkComplete(int32_t uid, int16_t& value, TVError* error) {
-    return readFixed(kTaskPercentWorkCompleteKey, uid, value, error);
+    return m_reads.fixedShort(kTaskPercentWorkCompleteKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPriority(int32_t uid, int16_t& value, TVError* error) {
-    return readFixed(kTaskPriorityKey, uid, value, error);
+    return m_reads.fixedShort(kTaskPriorityKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskType(int32_t uid, int16_t& value, TVError* error) {
-    return readFixed(kTaskTypeKey, uid, value, error);
+    return m_reads.fixedShort(kTaskTypeKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskManualStart(int32_t uid, TVDate& value, TVError* error) {
-    return readFixed(kTaskStartKey, uid, value, error);
+    return m_reads.fixedTimestamp(kTaskStartKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskManualFinish(int32_t uid, TVDate& value, TVError* error) {
-    return readFixed(kTaskFinishKey, uid, value, error);
+    return m_reads.fixedTimestamp(kTaskFinishKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskName(int32_t uid, std::string& value, TVError* error) {
-    return readVar(kTaskNameKey, uid, value, error);
+    return m_reads.varUnicode(kTaskNameKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskNotes(int32_t uid, std::string& value, TVError* error) {
-    return readVar(kTaskNotesKey, uid, value, error);
+    return m_reads.varUnicode(kTaskNotesKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPinnedDuration(int32_t uid, std::string& value, TVError* error) {
-    return readVar(kTaskPinnedDurationKey, uid, value, error);
+    return m_reads.varUnicode(kTaskPinnedDurationKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPinnedFinish(int32_t uid, std::string& value, TVError* error) {
-    return readVar(kTaskPinnedFinishKey, uid, value, error);
+    return m_reads.varUnicode(kTaskPinnedFinishKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPinnedStart(int32_t uid, std::string& value, TVError* error) {
-    return readVar(kTaskPinnedStartKey, uid, value, error);
+    return m_reads.varUnicode(kTaskPinnedStartKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPreLeveledFinish(int32_t uid, TVDate& value, TVError* error) {
-    return readVar(kTaskPreLeveledFinishKey, uid, value, error);
+    return m_reads.varTimestamp(kTaskPreLeveledFinishKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPreLeveledStart(int32_t uid, TVDate& value, TVError* error) {
-    return readVar(kTaskPreLeveledStartKey, uid, value, error);
+    return m_reads.varTimestamp(kTaskPreLeveledStartKey, uid, value, error);
 }
 
 const KVMSPISingleTaskBaselineReader* KVMSPIMPPTaskReader::selectedBaseline(int32_t uid) const {
@@ -475,7 +389,7 @@ bool KVMSPIMPPTaskReader::taskCost(int32_t uid, double& value, TVError* error) {
 bool KVMSPIMPPTaskReader::taskDuration(int32_t uid, TVTimeSpan& value, TVError* error) {
     int32_t tenthsOfMinute = 0;
     if (m_baselineNumber < 0) {
-        if (!readFixed(kTaskDurationKey, uid, tenthsOfMinute, error)) {
+        if (!m_reads.fixedInt(kTaskDurationKey, uid, tenthsOfMinute, error)) {
             return false;
         }
     } else {
@@ -491,7 +405,7 @@ bool KVMSPIMPPTaskReader::taskDuration(int32_t uid, TVTimeSpan& value, TVError* 
 
 bool KVMSPIMPPTaskReader::taskStart(int32_t uid, TVDate& value, TVError* error) {
     if (m_baselineNumber < 0) {
-        return readFixed(kTaskStartKey, uid, value, error);
+        return m_reads.fixedTimestamp(kTaskStartKey, uid, value, error);
     }
     const KVMSPISingleTaskBaselineReader* baseline = selectedBaseline(uid);
     if (baseline == nullptr || !baseline->hasStart()) {
@@ -503,7 +417,7 @@ bool KVMSPIMPPTaskReader::taskStart(int32_t uid, TVDate& value, TVError* error) 
 
 bool KVMSPIMPPTaskReader::taskFinish(int32_t uid, TVDate& value, TVError* error) {
     if (m_baselineNumber < 0) {
-        return readFixed(kTaskFinishKey, uid, value, error);
+        return m_reads.fixedTimestamp(kTaskFinishKey, uid, value, error);
     }
     const KVMSPISingleTaskBaselineReader* baseline = selectedBaseline(uid);
     if (baseline == nullptr || !baseline->hasFinish()) {
@@ -525,19 +439,22 @@ bool KVMSPIMPPTaskReader::taskWork(int32_t uid, TVTimeSpan& value, TVError* erro
     return true;
 }
 
+// Applications 15 and 16 keep the mark one bit lower in their byte; bit 4 there means something else.
 bool KVMSPIMPPTaskReader::taskEffortDriven(int32_t uid, bool& value, TVError* error) {
     uint8_t byte = 0;
-    if (!readMeta(kTaskEffortDrivenKey, uid, byte, error)) {
+    if (!m_reads.fixedMetaUByte(kTaskEffortDrivenKey, uid, byte, error)) {
         return false;
     }
-    value = (byte & kEffortDrivenBit) != 0;
+    const uint8_t bit =
+        MPPPropertyList().mppVersion() >= kMSPDIVersion_2013 ? kEffortDrivenBitFrom15 : kEffortDrivenBit;
+    value = (byte & bit) != 0;
     return true;
 }
 
 // From format 12 on a milestone carries one whole byte value; format 9 has a bit.
 bool KVMSPIMPPTaskReader::taskMilestone(int32_t uid, bool& value, TVError* error) {
     uint8_t byte = 0;
-    if (!readMeta(kTaskMilestoneKey, uid, byte, error)) {
+    if (!m_reads.fixedMetaUByte(kTaskMilestoneKey, uid, byte, error)) {
         return false;
     }
     value = MPPPropertyList().mppVersion() >= kMSPDIVersion_2007 ? byte == kMilestoneMark
@@ -547,7 +464,7 @@ bool KVMSPIMPPTaskReader::taskMilestone(int32_t uid, bool& value, TVError* error
 
 bool KVMSPIMPPTaskReader::taskExpanded(int32_t uid, bool& value, TVError* error) {
     uint8_t byte = 0;
-    if (!readMeta(kTaskExpandedKey, uid, byte, error)) {
+    if (!m_reads.fixedMetaUByte(kTaskExpandedKey, uid, byte, error)) {
         return false;
     }
     value = (byte & kExpandedBit) != 0;
@@ -559,7 +476,7 @@ bool KVMSPIMPPTaskReader::taskFlag(int32_t flagNumber, int32_t uid, bool& value,
         return false;
     }
     uint8_t byte = 0;
-    if (!readMeta(kTaskFlagBaseKey + flagNumber, uid, byte, error)) {
+    if (!m_reads.fixedMetaUByte(kTaskFlagBaseKey + flagNumber, uid, byte, error)) {
         return false;
     }
     value = (byte & m_flagMask[static_cast<size_t>(flagNumber - 1)]) != 0;
@@ -567,13 +484,13 @@ bool KVMSPIMPPTaskReader::taskFlag(int32_t flagNumber, int32_t uid, bool& value,
 }
 
 bool KVMSPIMPPTaskReader::taskOleLinkMeta(int32_t uid, uint8_t& value, TVError* error) {
-    return readMeta(kTaskHammockMarkKey, uid, value, error);
+    return m_reads.fixedMetaUByte(kTaskHammockMarkKey, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskHammock(int32_t uid, bool& value, TVError* error) {
     uint8_t mark = 0;
     if (!MPPPropertyList().propertyOffset(kTaskOleLinkKey) ||
-        !readMeta(kTaskHammockMarkKey, uid, mark, error)) {
+        !m_reads.fixedMetaUByte(kTaskHammockMarkKey, uid, mark, error)) {
         return false;
     }
     value = mark == kHammockMark;
@@ -583,8 +500,8 @@ bool KVMSPIMPPTaskReader::taskHammock(int32_t uid, bool& value, TVError* error) 
 bool KVMSPIMPPTaskReader::taskPreHammock(int32_t uid, bool& value, TVError* error) {
     uint8_t mark = 0;
     uint8_t side = 0;
-    if (!readMeta(kTaskHammockMarkKey, uid, mark, error) ||
-        !readMeta(kTaskHammockSideKey, uid, side, error)) {
+    if (!m_reads.fixedMetaUByte(kTaskHammockMarkKey, uid, mark, error) ||
+        !m_reads.fixedMetaUByte(kTaskHammockSideKey, uid, side, error)) {
         return false;
     }
     value = mark == kSplitHammockMark && side == kPreHammockMark;
@@ -594,8 +511,8 @@ bool KVMSPIMPPTaskReader::taskPreHammock(int32_t uid, bool& value, TVError* erro
 bool KVMSPIMPPTaskReader::taskPostHammock(int32_t uid, bool& value, TVError* error) {
     uint8_t mark = 0;
     uint8_t side = 0;
-    if (!readMeta(kTaskHammockMarkKey, uid, mark, error) ||
-        !readMeta(kTaskHammockSideKey, uid, side, error)) {
+    if (!m_reads.fixedMetaUByte(kTaskHammockMarkKey, uid, mark, error) ||
+        !m_reads.fixedMetaUByte(kTaskHammockSideKey, uid, side, error)) {
         return false;
     }
     value = mark == kSplitHammockMark && side == kPostHammockMark;
@@ -606,7 +523,7 @@ bool KVMSPIMPPTaskReader::taskPostHammock(int32_t uid, bool& value, TVError* err
 // have a bit.
 bool KVMSPIMPPTaskReader::taskManual(int32_t uid, bool& value, TVError* error) {
     uint8_t byte = 0;
-    if (!readFixed2(kTaskManualKey, uid, byte, error)) {
+    if (!m_reads.fixed2UByte(kTaskManualKey, uid, byte, error)) {
         return false;
     }
     const KVMSPIMPPPropertyList& list = MPPPropertyList();
@@ -615,13 +532,12 @@ bool KVMSPIMPPTaskReader::taskManual(int32_t uid, bool& value, TVError* error) {
     return true;
 }
 
-bool KVMSPIMPPTaskReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* error) {
-    uint8_t mark = 0;
-    if (index < 0 || index >= kBaselineCount ||
-        !readFixed2(kTaskHasBaselineBaseKey + index, uid, mark, error)) {
+// Whether the task holds data in the baseline, as read at open.
+bool KVMSPIMPPTaskReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* /*error*/) {
+    if (index < 0 || index >= kBaselineCount || !isValidUID(uid)) {
         return false;
     }
-    value = mark != 0;
+    value = m_baselineReaders[static_cast<size_t>(index)].count(uid) != 0;
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsTaskReader.h"
+#include "MPPImporter/readers/MPPObjectFieldReads.h"
 
 #include <array>
 #include <map>
@@ -9,13 +10,12 @@
 #include <optional>
 #include <unordered_map>
 
-class KVMPPDataReader;
 class KVMSPISingleTaskBaselineReader;
 
 // The tasks of the "TBkndTask" storage, answered field by field by UID. At open it sorts the UIDs by
-// task ID, reads the baselines that the task with UID 0 marks, and builds the map from each task to
-// its parent: from the parent field, or in format 9, which has none, from the outline levels in row
-// order (a corrupted outline there is an assertion failure).
+// task ID, reads each task's copy of every baseline, and builds the map from each task to its parent: from
+// the parent field, or in format 9, which has none, from the outline levels in row order (a corrupted outline
+// there is an assertion failure).
 class KVMSPIMPPTaskReader : public KVMSPIMPPDataDirectoryReader, public KVMSPIMPPAbsTaskReader {
 public:
     using BaselineReaders = std::map<int32_t, std::unique_ptr<KVMSPISingleTaskBaselineReader>>;
@@ -34,6 +34,7 @@ public:
     const std::vector<int32_t>& uniqueIDs() const override { return m_uniqueIDs; }
     bool isValidUID(int32_t uid) const override;
     int64_t objectIDforUniqueID(int32_t uid) const override;
+    const MPPObjectFieldReads& fieldReads() const { return m_reads; }
 
     // Logs the dates of every task in every baseline.
     void dbgPrint();
@@ -101,16 +102,6 @@ public:
 private:
     static constexpr int32_t kBaselineCount = 11;
 
-    // A value of the fixed item, the second fixed item or the variable data of the task, at the
-    // key's offset or under its property number; false with the stream reader's error otherwise.
-    template <typename Value>
-    bool readFixed(int32_t key, int32_t uid, Value& value, TVError* error);
-    template <typename Value>
-    bool readFixed2(int32_t key, int32_t uid, Value& value, TVError* error);
-    template <typename Value>
-    bool readVar(int32_t key, int32_t uid, Value& value, TVError* error);
-    // The unsigned byte at the key's offset of the task's meta item.
-    bool readMeta(int32_t key, int32_t uid, uint8_t& value, TVError* error);
     // A money value stored in hundredths, and a work value stored in thousandths of a minute.
     bool readCost(int32_t key, int32_t uid, double& value, TVError* error);
     bool readWork(int32_t key, int32_t uid, TVTimeSpan& value, TVError* error);
@@ -122,6 +113,7 @@ private:
     void buildParentTaskMap();
     void buildParentTaskMapFromOutline();
 
+    MPPObjectFieldReads m_reads;
     std::vector<int32_t> m_uniqueIDs;
     int32_t m_baselineNumber = -1;
     std::array<BaselineReaders, kBaselineCount> m_baselineReaders;

@@ -1,5 +1,11 @@
 #include "MPPImporter/readers/KVMSPISingleAssignmentReader.h"
 
+#include "MPPCommon/support/PosixRegex.h"
+#include "MPPImporter/query/frame/KVMSPIXQAdapter.h"
+#include "MPPImporter/query/frame/KVMSPIXQAdapterFactory.h"
+
+#include <utility>
+
 KVMSPISingleAssignmentReader::KVMSPISingleAssignmentReader(int32_t uid, KVMSPIMPPAssignmentReader& reader)
     : KVMSPISingleAssignmentReader(uid, reader, true) {}
 
@@ -40,4 +46,33 @@ bool KVMSPISingleAssignmentReader::assignmentResourceUID(int32_t& value, TVError
 bool KVMSPISingleAssignmentReader::assignmentTaskUID(int32_t& value, TVError* /*error*/) const {
     value = m_taskUID;
     return true;
+}
+
+KVMSPIXQPredicate KVMSPISingleAssignmentReader::predicateWithString(const std::optional<std::string>& text) {
+    if (!text) {
+        return {};
+    }
+    using UIDOperation = bool (KVMSPISingleAssignmentReader::*)(int32_t&, TVError*) const;
+    static const PosixRegex resourceUID("ResourceUID=([[:digit:]]*)", 2);
+    static const PosixRegex taskUID("TaskUID=([[:digit:]]*)", 2);
+    for (const auto& [expression, operation] :
+         {std::pair<const PosixRegex&, UIDOperation>(resourceUID,
+                                                     &KVMSPISingleAssignmentReader::assignmentResourceUID),
+          std::pair<const PosixRegex&, UIDOperation>(taskUID,
+                                                     &KVMSPISingleAssignmentReader::assignmentTaskUID)}) {
+        if (const std::optional<std::vector<std::string>> groups = predicateGroups(expression, 1, *text)) {
+            const int32_t value = predicateIntValue(groups->front());
+            // The binding is copied by name: a structured binding cannot be captured by every compiler.
+            return [value, operation = operation](KVMSPIXQuery& object) {
+                int32_t uid = -1;
+                return (predicateObject<KVMSPISingleAssignmentReader>(object).*operation)(uid, nullptr) &&
+                       uid == value;
+            };
+        }
+    }
+    return KVMSPISingleObjectReaderBase::predicateWithString(text);
+}
+
+std::unique_ptr<KVMSPIXQAdapter> KVMSPISingleAssignmentReader::newXQAdapter() {
+    return KVMSPIXQAdapterFactory::installed().newAdapter(*this);
 }

@@ -20,6 +20,11 @@ public:
 
     const TimephasedDataReaders& timephasedDataReaders() const { return m_timephasedDataReaders; }
 
+    // "ResourceUID=n" or "TaskUID=n", read from the first character: a test that the assignment's
+    // resource or task is n. Any other text as the base reads it ("UID=n"); none for no text, or for
+    // an "=" without digits.
+    static KVMSPIXQPredicate predicateWithString(const std::optional<std::string>& text);
+
     // -1 for a UID that couldn't be read. All three are always true.
     bool assignmentUID(int32_t& value, TVError* error = nullptr) const;
     bool assignmentResourceUID(int32_t& value, TVError* error = nullptr) const;
@@ -40,6 +45,9 @@ public:
     bool assignmentCost(double& value, TVError* error = nullptr) const {
         return m_assignmentReader.assignmentCost(uid(), value, error);
     }
+
+protected:
+    std::unique_ptr<KVMSPIXQAdapter> newXQAdapter() override;
 
 private:
     KVMSPISingleAssignmentReader(int32_t uid, KVMSPIMPPAssignmentReader& reader, bool withPhases);

@@ -23,13 +23,20 @@ public:
     KVMSPISingleCalendarReader(int32_t uid, KVMSPIMPPCalendarReader& reader);
     // A reader that only keeps the UID and the calendar reader and reads nothing, for filters that
     // ask single fields.
-    static std::unique_ptr<KVMSPISingleCalendarReader> forFilter(int32_t uid,
-                                                                 KVMSPIMPPCalendarReader& reader);
+    static std::unique_ptr<KVMSPISingleCalendarReader>
+    initForFilterWithCalendarUID(int32_t uid, KVMSPIMPPCalendarReader& reader);
 
     bool isBaseCalendar() const { return _isBaseCalendar; }
     bool hasCalendarData() const { return _hasCalendarData; }
     const WeekDayReaders& weekDayReaders() const { return _weekDayReaders; }
     const ExceptionReaders& exceptionReaders() const { return _exceptionReaders; }
+    // The work weeks of the calendar; the file's calendar block holds none, so it is always empty.
+    const WeekDayReaders& workWeekReaders() const { return _workWeekReaders; }
+
+    // `Name="text"` (letters, digits and blanks) or "ResourceUID=n", read from the first character: a
+    // test that the calendar's name is the text, or that it belongs to resource n. Any other text as
+    // the base reads it ("UID=n"); none for no text, or for an empty name or number.
+    static KVMSPIXQPredicate predicateWithString(const std::optional<std::string>& text);
 
     bool calendarUID(int32_t& value, TVError* error = nullptr) const {
         return m_reader.calendarUID(uid(), value, error);
@@ -83,6 +90,9 @@ public:
         return m_reader.calendarWeekDayTimePeriodToDate(uid(), dayType, value, error);
     }
 
+protected:
+    std::unique_ptr<KVMSPIXQAdapter> newXQAdapter() override;
+
 private:
     struct ForFilter {};
     KVMSPISingleCalendarReader(ForFilter, int32_t uid, KVMSPIMPPCalendarReader& reader);
@@ -96,4 +106,5 @@ private:
     bool _hasCalendarData = false;
     ExceptionReaders _exceptionReaders;
     WeekDayReaders _weekDayReaders;
+    WeekDayReaders _workWeekReaders;
 };

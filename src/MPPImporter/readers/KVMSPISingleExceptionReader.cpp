@@ -1,5 +1,8 @@
 #include "MPPImporter/readers/KVMSPISingleExceptionReader.h"
 
+#include "MPPCommon/support/PosixRegex.h"
+#include "MPPImporter/query/frame/KVMSPIXQAdapter.h"
+#include "MPPImporter/query/frame/KVMSPIXQAdapterFactory.h"
 #include "MPPImporter/readers/KVMSPISingleCalendarReader.h"
 
 KVMSPISingleExceptionReader::KVMSPISingleExceptionReader(int32_t index,
@@ -47,4 +50,24 @@ bool KVMSPISingleExceptionReader::exceptionTimePeriodToDate(TVDate& value, TVErr
 bool KVMSPISingleExceptionReader::calendarExceptionRecurrenceParameter(std::vector<int32_t>& value,
                                                                        TVError* error) const {
     return m_calendarReader.calendarExceptionRecurrenceParameter(_index, _freq, value, error);
+}
+
+KVMSPIXQPredicate KVMSPISingleExceptionReader::predicateWithString(const std::optional<std::string>& text) {
+    if (!text) {
+        return {};
+    }
+    static const PosixRegex workingAndType("DayWorking=([[:digit:]]+) and Type=([[:digit:]]+)", 3);
+    if (const std::optional<std::vector<std::string>> groups = predicateGroups(workingAndType, 2, *text)) {
+        const bool working = predicateIntValue((*groups)[0]) != 0;
+        const int32_t freq = predicateIntValue((*groups)[1]);
+        return [working, freq](KVMSPIXQuery& object) {
+            const auto& exception = predicateObject<KVMSPISingleExceptionReader>(object);
+            return exception.isDayWorking() == working && exception.freq() == freq;
+        };
+    }
+    return KVMSPISimpleObjectReaderBase::predicateWithString(text);
+}
+
+std::unique_ptr<KVMSPIXQAdapter> KVMSPISingleExceptionReader::newXQAdapter() {
+    return KVMSPIXQAdapterFactory::installed().newAdapter(*this);
 }

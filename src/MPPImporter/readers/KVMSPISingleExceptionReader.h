@@ -8,6 +8,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 class KVMSPISingleCalendarReader;
@@ -27,7 +29,7 @@ public:
     int32_t occurrenceCount() const { return _occurrenceCount; }
     bool isDayWorking() const { return _isDayWorking; }
     // None when either date can't be read.
-    const KVMSPISingleTimePeriodReader* timePeriodReader() const { return _timePeriodReader.get(); }
+    KVMSPISingleTimePeriodReader* timePeriodReader() const { return _timePeriodReader.get(); }
     const WorkingTimeReaders& workingTimeReaders() const { return _workingTimeReaders; }
 
     bool exceptionDayWorking(bool& value, TVError* error = nullptr) const;
@@ -35,6 +37,13 @@ public:
     bool exceptionTimePeriodToDate(TVDate& value, TVError* error = nullptr) const;
     // Appends the recurrence parameters of the exception's recurrence type.
     bool calendarExceptionRecurrenceParameter(std::vector<int32_t>& value, TVError* error = nullptr) const;
+
+    // "DayWorking=w and Type=t", read from the first character: a test that whether the exception
+    // works is w non-zero and that its recurrence type is t; none for any other text.
+    static KVMSPIXQPredicate predicateWithString(const std::optional<std::string>& text);
+
+protected:
+    std::unique_ptr<KVMSPIXQAdapter> newXQAdapter() override;
 
 private:
     KVMSPISingleCalendarReader& m_calendarReader;

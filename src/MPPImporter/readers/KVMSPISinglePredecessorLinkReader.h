@@ -3,6 +3,7 @@
 #include "MPPImporter/readers/KVMSPISimpleObjectReaderBase.h"
 
 #include <cstdint>
+#include <memory>
 
 // One link between two tasks: the dependent task, its predecessor, and the link's type, lag and lag
 // format as stored.
@@ -20,6 +21,9 @@ public:
     int16_t lagFormat() const { return m_lagFormat; }
     // The file doesn't mark a lag as a percentage here: always 0.
     uint8_t isPercentage() const { return 0; }
+
+protected:
+    std::unique_ptr<KVMSPIXQAdapter> newXQAdapter() override;
 
 private:
     int32_t m_taskUID;

@@ -1,5 +1,7 @@
 #include "MPPImporter/readers/KVMSPISingleResourceReader.h"
 
+#include "MPPImporter/query/frame/KVMSPIXQAdapter.h"
+#include "MPPImporter/query/frame/KVMSPIXQAdapterFactory.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsCalendarReader.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 
@@ -34,4 +36,13 @@ bool KVMSPISingleResourceReader::resourceID(int32_t& value, TVError* /*error*/) 
 bool KVMSPISingleResourceReader::resourceCalendarUID(int32_t& value, TVError* /*error*/) const {
     value = m_calendarUID;
     return true;
+}
+
+std::unique_ptr<KVMSPISingleResourceReader>
+KVMSPISingleResourceReader::initForFilterWithResourceUID(int32_t uid, KVMSPIMPPResourceReader& reader) {
+    return std::make_unique<KVMSPISingleResourceReader>(uid, reader);
+}
+
+std::unique_ptr<KVMSPIXQAdapter> KVMSPISingleResourceReader::newXQAdapter() {
+    return KVMSPIXQAdapterFactory::installed().newAdapter(*this);
 }

@@ -10,6 +10,9 @@ public:
     // Finds the calendar that belongs to the resource: the first calendar of the project's calendar
     // reader whose resource is this one.
     KVMSPISingleResourceReader(int32_t uid, KVMSPIMPPResourceReader& reader);
+    // A reader to test a query's filter on: a resource reader is light, so the same as the full one.
+    static std::unique_ptr<KVMSPISingleResourceReader>
+    initForFilterWithResourceUID(int32_t uid, KVMSPIMPPResourceReader& reader);
 
     // The row number; false when the resource reader doesn't know it.
     bool resourceID(int32_t& value, TVError* error = nullptr) const;
@@ -66,6 +69,9 @@ public:
     bool hasBaseline(int32_t index, bool& value, TVError* error = nullptr) const {
         return m_resourceReader.hasBaseline(uid(), index, value, error);
     }
+
+protected:
+    std::unique_ptr<KVMSPIXQAdapter> newXQAdapter() override;
 
 private:
     template <typename Value>

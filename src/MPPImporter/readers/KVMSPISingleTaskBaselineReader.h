@@ -1,26 +1,22 @@
 #pragma once
 
 #include "MPPCommon/support/TVDate.h"
-#include "MPPImporter/readers/KVMSPIMPPAbsBaselineReader.h"
-#include "MPPImporter/readers/KVMSPISingleObjectReaderBase.h"
+#include "MPPImporter/readers/KVMSPISingleBaselineReaderBase.h"
 
 #include <cstdint>
 #include <string>
 
-class KVMSPIMPPPropertyList;
 class KVMSPIMPPTaskReader;
 
 // One task's copy of one baseline, read at creation and kept in the file's units: cost in hundredths
 // of the currency unit, duration in tenths of a minute, work in thousandths of a minute. Baselines 1
 // to 10 are custom field values; baseline 0 has fields of its own, and shares its work with the
 // actual plan.
-class KVMSPISingleTaskBaselineReader : public KVMSPISingleObjectReaderBase,
-                                       public KVMSPIMPPAbsBaselineReader {
+class KVMSPISingleTaskBaselineReader : public KVMSPISingleBaselineReaderBase {
 public:
     // A number outside 0 to 10 is an assertion failure.
     KVMSPISingleTaskBaselineReader(int32_t uid, int32_t baselineNumber, KVMSPIMPPTaskReader& reader);
 
-    int32_t baselineNumber() const override { return m_baselineNumber; }
     // False when there is neither start nor finish and the duration is 0; otherwise whether any value
     // was read.
     bool hasBaselineData() const override;
@@ -40,10 +36,10 @@ public:
     void dbgPrint() const;
 
 private:
-    void readCustomFieldBaseline(KVMSPIMPPTaskReader& reader);
-    void readBaseline0(KVMSPIMPPTaskReader& reader);
+    void readCustomFieldBaseline();
+    void readExtendedFieldBaseline();
+    void readBaseline0();
 
-    int32_t m_baselineNumber;
     bool m_hasCost = false;
     double m_taskCost = 0;
     bool m_hasDuration = false;
@@ -54,5 +50,4 @@ private:
     TVDate m_taskStart;
     bool m_hasWork = false;
     double m_taskWork = 0;
-    const KVMSPIMPPPropertyList& m_MPPPropertyList;
 };

@@ -2,6 +2,8 @@
 
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
+#include "MPPImporter/query/frame/KVMSPIXQAdapter.h"
+#include "MPPImporter/query/frame/KVMSPIXQAdapterFactory.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 
 namespace {
@@ -40,4 +42,13 @@ bool KVMSPISingleTaskReader::taskID(int32_t& value, TVError* /*error*/) const {
     }
     value = static_cast<int32_t>(id);
     return true;
+}
+
+std::unique_ptr<KVMSPISingleTaskReader>
+KVMSPISingleTaskReader::initForFilterWithTaskUID(int32_t uid, KVMSPIMPPTaskReader& reader) {
+    return std::make_unique<KVMSPISingleTaskReader>(uid, reader);
+}
+
+std::unique_ptr<KVMSPIXQAdapter> KVMSPISingleTaskReader::newXQAdapter() {
+    return KVMSPIXQAdapterFactory::installed().newAdapter(*this);
 }

@@ -16,6 +16,9 @@ public:
     // The UID must be valid ("... (may be deleted task)." otherwise), and the task reader must stand
     // under a project reader that has a constraint reader.
     KVMSPISingleTaskReader(int32_t uid, KVMSPIMPPTaskReader& reader);
+    // A reader to test a query's filter on: a task reader is light, so the same as the full one.
+    static std::unique_ptr<KVMSPISingleTaskReader> initForFilterWithTaskUID(int32_t uid,
+                                                                            KVMSPIMPPTaskReader& reader);
 
     const PredecessorLinks& predecessorLinkReaders() const { return m_predecessorLinkReaders; }
 
@@ -180,6 +183,9 @@ public:
                           TVError* error = nullptr) const {
         return forward(&KVMSPIMPPAbsTaskReader::taskCustomFields, value, error);
     }
+
+protected:
+    std::unique_ptr<KVMSPIXQAdapter> newXQAdapter() override;
 
 private:
     template <typename Value>

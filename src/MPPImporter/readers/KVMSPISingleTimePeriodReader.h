@@ -3,6 +3,8 @@
 #include "MPPCommon/support/TVDate.h"
 #include "MPPImporter/readers/KVMSPISimpleObjectReaderBase.h"
 
+#include <memory>
+
 // The date period of a calendar exception: its first and last dates.
 class KVMSPISingleTimePeriodReader : public KVMSPISimpleObjectReaderBase {
 public:
@@ -12,6 +14,9 @@ public:
 
     TVDate fromDate() const { return _fromDate; }
     TVDate toDate() const { return _toDate; }
+
+protected:
+    std::unique_ptr<KVMSPIXQAdapter> newXQAdapter() override;
 
 private:
     TVDate _fromDate;

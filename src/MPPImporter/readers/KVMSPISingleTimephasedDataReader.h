@@ -3,6 +3,8 @@
 #include "MPPCommon/support/TVDate.h"
 #include "MPPImporter/readers/KVMSPISingleObjectReaderBase.h"
 
+#include <memory>
+
 // One phase of an assignment's timephased work: its period and the work done in it.
 class KVMSPISingleTimephasedDataReader : public KVMSPISingleObjectReaderBase {
 public:
@@ -16,6 +18,9 @@ public:
     TVDate endDate() const { return m_endDate; }
     // The phase's work, in seconds.
     double duration() const { return m_duration; }
+
+protected:
+    std::unique_ptr<KVMSPIXQAdapter> newXQAdapter() override;
 
 private:
     TVDate m_startDate;

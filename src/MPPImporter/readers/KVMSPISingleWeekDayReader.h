@@ -7,6 +7,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 class KVMSPISingleCalendarReader;
@@ -27,6 +29,14 @@ public:
     bool weekDayDayWorking(bool& value, TVError* error = nullptr) const;
     bool weekDayTimePeriodFromDate(TVDate& value, TVError* error = nullptr) const;
     bool weekDayTimePeriodToDate(TVDate& value, TVError* error = nullptr) const;
+
+    // "DayType>=a and DayType<=b" (the day type lies between a and b) or "DayType=a and DayWorking=w"
+    // (the day type is a, and whether the day works is w non-zero), read from the first character;
+    // none for any other text.
+    static KVMSPIXQPredicate predicateWithString(const std::optional<std::string>& text);
+
+protected:
+    std::unique_ptr<KVMSPIXQAdapter> newXQAdapter() override;
 
 private:
     KVMSPISingleCalendarReader& m_calendarReader;

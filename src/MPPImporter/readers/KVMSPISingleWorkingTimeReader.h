@@ -3,6 +3,8 @@
 #include "MPPCommon/support/TVDate.h"
 #include "MPPImporter/readers/KVMSPISimpleObjectReaderBase.h"
 
+#include <memory>
+
 // One working range of a week day or of a calendar exception, in time spans after midnight.
 class KVMSPISingleWorkingTimeReader : public KVMSPISimpleObjectReaderBase {
 public:
@@ -13,6 +15,9 @@ public:
 
     TVTimeSpan fromTimeSpan() const { return _fromTimeSpan; }
     TVTimeSpan toTimeSpan() const { return _toTimeSpan; }
+
+protected:
+    std::unique_ptr<KVMSPIXQAdapter> newXQAdapter() override;
 
 private:
     TVTimeSpan _fromTimeSpan;

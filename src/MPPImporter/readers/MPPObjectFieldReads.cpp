@@ -18,6 +18,15 @@ void store(std::string& destination, std::string& read) {
     destination += read;
 }
 
+// The byte reads of a data item and of a meta item, of either fixed stream.
+bool readDataUByte(KVMPPFixedDataReader& reader, uint8_t& value, int32_t uid, int32_t offset) {
+    return reader.readDataUByte(value, uid, offset);
+}
+
+bool readMetaUByte(KVMPPFixedDataReader& reader, uint8_t& value, int32_t uid, int32_t offset) {
+    return reader.readMetaUByte(value, uid, offset);
+}
+
 // False, after handing on the stream reader's error.
 bool failed(const KVMPPDataReader* reader, TVError* error) {
     if (reader != nullptr && reader->error()) {
@@ -29,9 +38,9 @@ bool failed(const KVMPPDataReader* reader, TVError* error) {
 } // namespace
 
 template <typename Value, typename Read>
-bool MPPObjectFieldReads::readFixed(int32_t key, int32_t uid, Value& value, TVError* error, Read read) const {
-    KVMPPFixedDataReader* reader = m_store.fixedDataReader();
-    const auto offset = m_store.MPPPropertyList().propertyOffset(key);
+bool MPPObjectFieldReads::readFixed(KVMPPFixedDataReader* reader, int32_t key, int32_t uid, Value& value,
+                                    TVError* error, Read read) const {
+    const auto offset = m_store.MPPPropertyList().propertyOffsetForAppVersion(key, m_store.appVersion());
     Value scratch{};
     if (reader != nullptr && offset && read(*reader, scratch, uid, static_cast<int32_t>(*offset))) {
         store(value, scratch);
@@ -53,49 +62,69 @@ bool MPPObjectFieldReads::readVar(std::optional<uint32_t> property, int32_t uid,
 }
 
 bool MPPObjectFieldReads::fixedDouble(int32_t key, int32_t uid, double& value, TVError* error) const {
-    return readFixed(key, uid, value, error,
+    return readFixed(m_store.fixedDataReader(), key, uid, value, error,
                      [](KVMPPFixedDataReader& reader, double& v, int32_t u, int32_t o) {
                          return reader.readDataDouble(v, u, o);
                      });
 }
 
 bool MPPObjectFieldReads::fixedInt(int32_t key, int32_t uid, int32_t& value, TVError* error) const {
-    return readFixed(key, uid, value, error,
+    return readFixed(m_store.fixedDataReader(), key, uid, value, error,
                      [](KVMPPFixedDataReader& reader, int32_t& v, int32_t u, int32_t o) {
                          return reader.readDataInt(v, u, o);
                      });
 }
 
 bool MPPObjectFieldReads::fixedShort(int32_t key, int32_t uid, int16_t& value, TVError* error) const {
-    return readFixed(key, uid, value, error,
+    return readFixed(m_store.fixedDataReader(), key, uid, value, error,
                      [](KVMPPFixedDataReader& reader, int16_t& v, int32_t u, int32_t o) {
                          return reader.readDataShort(v, u, o);
                      });
 }
 
 bool MPPObjectFieldReads::fixedUShort(int32_t key, int32_t uid, uint16_t& value, TVError* error) const {
-    return readFixed(key, uid, value, error,
+    return readFixed(m_store.fixedDataReader(), key, uid, value, error,
                      [](KVMPPFixedDataReader& reader, uint16_t& v, int32_t u, int32_t o) {
                          return reader.readDataUShort(v, u, o);
                      });
 }
 
 bool MPPObjectFieldReads::fixedTimestamp(int32_t key, int32_t uid, TVDate& value, TVError* error) const {
-    return readFixed(key, uid, value, error,
+    return readFixed(m_store.fixedDataReader(), key, uid, value, error,
                      [](KVMPPFixedDataReader& reader, TVDate& v, int32_t u, int32_t o) {
                          return reader.readDataTimestamp(v, u, o);
                      });
 }
 
+bool MPPObjectFieldReads::fixedUByte(int32_t key, int32_t uid, uint8_t& value, TVError* error) const {
+    return readFixed(m_store.fixedDataReader(), key, uid, value, error, readDataUByte);
+}
+
+bool MPPObjectFieldReads::fixedMetaUByte(int32_t key, int32_t uid, uint8_t& value, TVError* error) const {
+    return readFixed(m_store.fixedDataReader(), key, uid, value, error, readMetaUByte);
+}
+
+bool MPPObjectFieldReads::fixed2UByte(int32_t key, int32_t uid, uint8_t& value, TVError* error) const {
+    return readFixed(m_store.fixed2DataReader(), key, uid, value, error, readDataUByte);
+}
+
 bool MPPObjectFieldReads::fixed2MetaUByte(int32_t key, int32_t uid, uint8_t& value, TVError* error) const {
-    KVMPPFixedDataReader* reader = m_store.fixed2DataReader();
-    const auto offset = m_store.MPPPropertyList().propertyOffset(key);
-    uint8_t scratch = 0;
-    if (reader != nullptr && offset && reader->readMetaUByte(scratch, uid, static_cast<int32_t>(*offset))) {
-        value = scratch;
-        return true;
-    }
-    return failed(reader, error);
+    return readFixed(m_store.fixed2DataReader(), key, uid, value, error, readMetaUByte);
+}
+
+bool MPPObjectFieldReads::varDouble(int32_t key, int32_t uid, double& value, TVError* error) const {
+    return readVar(m_store.MPPPropertyList().propertyID(key), uid, value, error,
+                   [](KVMPPVarDataReader& reader, double& v, int32_t u, int32_t p) {
+                       return reader.readDataDouble(v, u, p, 0);
+                   });
+}
+
+bool MPPObjectFieldReads::varInt(int32_t key, int32_t uid, int32_t& value, TVError* error) const {
+    return propertyInt(m_store.MPPPropertyList().propertyID(key), uid, value, error);
+}
+
+bool MPPObjectFieldReads::varTimestamp(int32_t key, int32_t uid, TVDate& value, TVError* error) const {
+    return propertyTimestamp(m_store.MPPPropertyList().propertyID(key), uid, value, error);
 }
 
 bool MPPObjectFieldReads::varUnicode(int32_t key, int32_t uid, std::string& value, TVError* error) const {

@@ -8,14 +8,16 @@
 #include <string>
 #include <vector>
 
+class KVMPPFixedDataReader;
 class KVMPPVarDataReader;
 class KVMSPIMPPDataDirectoryReader;
 
-// Typed reads of one object store's fields by property key: from the fixed item at the key's offset,
-// from the second fixed stream's meta item, or from the variable data under the key's property number
-// at offset 0. A key the version doesn't have, a missing stream or a failed read answers false and
-// leaves `value` alone; the error out-argument then takes the stream reader's error, if it has one.
-// Text reads append to `value`.
+// Typed reads of one object store's fields by property key: at the key's offset of the object's fixed
+// item, of its meta item, or of its item or meta item in the second fixed stream; or from the variable
+// data under the key's property number at offset 0. Every reader of an object store reads through
+// these. A key the version doesn't have, a missing stream or a failed read answers false and leaves
+// `value` alone; the error out-argument then takes the stream reader's error, if it has one. Text
+// reads append to `value`.
 class MPPObjectFieldReads {
 public:
     explicit MPPObjectFieldReads(const KVMSPIMPPDataDirectoryReader& store) : m_store(store) {}
@@ -24,8 +26,14 @@ public:
     bool fixedInt(int32_t key, int32_t uid, int32_t& value, TVError* error) const;
     bool fixedShort(int32_t key, int32_t uid, int16_t& value, TVError* error) const;
     bool fixedUShort(int32_t key, int32_t uid, uint16_t& value, TVError* error) const;
+    bool fixedUByte(int32_t key, int32_t uid, uint8_t& value, TVError* error) const;
     bool fixedTimestamp(int32_t key, int32_t uid, TVDate& value, TVError* error) const;
+    bool fixedMetaUByte(int32_t key, int32_t uid, uint8_t& value, TVError* error) const;
+    bool fixed2UByte(int32_t key, int32_t uid, uint8_t& value, TVError* error) const;
     bool fixed2MetaUByte(int32_t key, int32_t uid, uint8_t& value, TVError* error) const;
+    bool varDouble(int32_t key, int32_t uid, double& value, TVError* error) const;
+    bool varInt(int32_t key, int32_t uid, int32_t& value, TVError* error) const;
+    bool varTimestamp(int32_t key, int32_t uid, TVDate& value, TVError* error) const;
     bool varUnicode(int32_t key, int32_t uid, std::string& value, TVError* error) const;
     // The whole variable data block, which replaces `value`.
     bool varBytes(int32_t key, int32_t uid, std::vector<uint8_t>& value, TVError* error) const;
@@ -39,8 +47,10 @@ public:
                          TVError* error) const;
 
 private:
+    // `reader` is the store's first or second fixed data reader, or none.
     template <typename Value, typename Read>
-    bool readFixed(int32_t key, int32_t uid, Value& value, TVError* error, Read read) const;
+    bool readFixed(KVMPPFixedDataReader* reader, int32_t key, int32_t uid, Value& value, TVError* error,
+                   Read read) const;
     template <typename Value, typename Read>
     bool readVar(std::optional<uint32_t> property, int32_t uid, Value& value, TVError* error,
                  Read read) const;

@@ -23,11 +23,10 @@ enum MPPResourcePropertyKey : int32_t {
     // Baselines 1 to 10: the baseline number is added to these group keys.
     kResourceBaselineCostGroupKey = 64,
     kResourceBaselineWorkGroupKey = 76,
-    // The mark of baseline 0; the var data of baseline n is under the group key plus n.
+    // The marks that a baseline is set, properties of the variable data: baseline 0 under its own
+    // key, baseline n under the group key plus n.
     kResourceBaselineZeroKey = 88,
     kResourceBaselineGroupKey = 89,
-    // The marks of baselines 1 to 10.
-    kResourceHasBaseline1Key = 90,
     kResourceEmailAddressKey = 101,
     kResourceNameKey = 102,
     kResourceNotesKey = 103,

@@ -25,8 +25,6 @@ enum MPPTaskPropertyKey : int32_t {
     kTaskBaselineFinishGroupKey = 142,
     kTaskBaselineStartGroupKey = 154,
     kTaskBaselineWorkGroupKey = 166,
-    // The mark of baseline n is at this key plus n.
-    kTaskHasBaselineBaseKey = 178,
     kTaskConstraintDateKey = 189,
     kTaskConstraintTypeKey = 190,
     kTaskDurationKey = 192,

@@ -1,6 +1,7 @@
 #include "MPPImporter/readers/MPPTimephasedWorkDecoder.h"
 
 #include "MPPExporter/MPPObjects/KVMSPEScheduleCalendar.h"
+#include "MPPExporter/MPPObjects/ScheduleDateExtensions.h"
 #include "MPPImporter/file/MPPMemRead.h"
 
 namespace {
@@ -17,13 +18,6 @@ constexpr double kSecondsPerDay = 86400.0;
 // time in all than this many times the span of an MPP date; a corrupt block that asks for more is cut
 // off there, which bounds its cost.
 constexpr double kWalkLimitInSpans = 4.0;
-
-// `from` moved by `seconds` of the standard calendar's working time; `from` itself when the calendar
-// can't move it.
-TVDate advanced(TVDate from, double seconds, bool allowEdgeTime) {
-    const auto date = KVMSPEScheduleCalendar::standardCalendar().date(from, seconds, true, allowEdgeTime);
-    return date.value_or(from);
-}
 
 } // namespace
 
@@ -49,17 +43,18 @@ std::vector<MPPTimephasedPhase> MPPTimephasedWorkDecoder::decode(TVDate assignme
             memReadDurationDouble(m_bytes, static_cast<int32_t>(recordOffset + kWorkOffsetInRecord));
         const double difference = work - last;
         last = work;
-        if (!(difference > 0.0)) {
+        // Tested after the conversion: a difference too small for a double vanishes in it.
+        const double seconds = difference * 60.0 / kWorkUnitsPerMinute;
+        if (!(seconds > 0.0)) {
             continue;
         }
         const double offsetSeconds = offset * 60.0 / kOffsetUnitsPerMinute;
-        const double seconds = difference * 60.0 / kWorkUnitsPerMinute;
         walked += offsetSeconds + seconds;
         if (walked > walkLimit) {
             break;
         }
-        const TVDate start = advanced(assignmentStart, offsetSeconds, false);
-        phases.push_back({start, advanced(start, seconds, true), seconds});
+        const TVDate start = dateAdvancedByDuration(assignmentStart, offsetSeconds, true, false, nullptr);
+        phases.push_back({start, dateAdvancedByDuration(start, seconds, true, true, nullptr), seconds});
     }
     return phases;
 }

@@ -8,6 +8,19 @@ namespace {
 
 constexpr char16_t kReplacementCharacter = 0xFFFD;
 
+// Calls `visit` with each code point of UTF-8 text in order; an invalid sequence gives a negative one.
+template <typename Visit>
+void forEachCodePoint(std::string_view text, Visit visit) {
+    int32_t index = 0;
+    const auto length = static_cast<int32_t>(text.size());
+    const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
+    while (index < length) {
+        UChar32 c;
+        U8_NEXT(bytes, index, length, c);
+        visit(c);
+    }
+}
+
 } // namespace
 
 std::string utf8FromUTF16(std::u16string_view units) {
@@ -31,12 +44,7 @@ std::string utf8FromUTF16(std::u16string_view units) {
 std::u16string utf16FromUTF8(std::string_view text) {
     std::u16string units;
     units.reserve(text.size());
-    int32_t index = 0;
-    const auto length = static_cast<int32_t>(text.size());
-    const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
-    while (index < length) {
-        UChar32 c;
-        U8_NEXT(bytes, index, length, c);
+    forEachCodePoint(text, [&units](UChar32 c) {
         if (c < 0) {
             c = kReplacementCharacter;
         }
@@ -46,19 +54,12 @@ std::u16string utf16FromUTF8(std::string_view text) {
             units.push_back(U16_LEAD(c));
             units.push_back(U16_TRAIL(c));
         }
-    }
+    });
     return units;
 }
 
 size_t utf16Length(std::string_view text) {
     size_t count = 0;
-    int32_t index = 0;
-    const auto length = static_cast<int32_t>(text.size());
-    const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
-    while (index < length) {
-        UChar32 c;
-        U8_NEXT(bytes, index, length, c);
-        count += (c > 0xFFFF) ? 2 : 1;
-    }
+    forEachCodePoint(text, [&count](UChar32 c) { count += (c > 0xFFFF) ? 2 : 1; });
     return count;
 }

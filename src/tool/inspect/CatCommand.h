@@ -1,12 +1,14 @@
 #pragma once
 
-#include "tool/inspect/InspectCommand.h"
+#include "tool/inspect/StorageCommand.h"
 
 // `cat FILE PATH`: the bytes of one stream, PATH as `ls` prints it.
-class CatCommand : public InspectCommand {
+class CatCommand : public StorageCommand {
 public:
     std::string name() const override { return "cat"; }
     std::string argumentsUsage() const override { return "FILE PATH"; }
+
+protected:
     size_t argumentCount() const override { return 2; }
-    void run(const std::vector<std::string>& arguments, std::ostream& out) override;
+    void runOnStorage(const std::vector<std::string>& arguments, std::ostream& out) override;
 };

@@ -5,7 +5,7 @@
 #include "tool/inspect/InspectError.h"
 #include "tool/inspect/InspectedFile.h"
 
-void CopyCommand::run(const std::vector<std::string>& arguments, std::ostream&) {
+void CopyCommand::runOnStorage(const std::vector<std::string>& arguments, std::ostream&) {
     InspectedFile in(arguments[0]);
     std::unique_ptr<SSLRoot> out = SSLRoot::forWritingToFile(arguments[1]);
     if (!out || out->lastError() != SSL_OK) {

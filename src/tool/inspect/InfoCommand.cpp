@@ -10,13 +10,11 @@
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/file/KVMSPIMPPVersionReader.h"
 #include "MPPImporter/file/MPPFormatConstants.h"
+#include "tool/inspect/PlanOptions.h"
 
 #include <optional>
 
 namespace {
-
-constexpr int kExitRefused = 1;
-constexpr int kExitUsage = 2;
 
 // Codes with which the import ends when the file can't be opened, and when an internal check fails.
 constexpr int kInvalidFileError = 4;
@@ -62,17 +60,14 @@ nlohmann::ordered_json InfoCommand::infoOfFile(const std::string& path, bool acc
     }
 }
 
-bool InfoCommand::handles(const std::vector<std::string>& arguments) {
-    return !arguments.empty() && arguments[0] == kName;
+std::string InfoCommand::argumentsUsage() const {
+    return PlanOptions::usage(false) + "FILE";
 }
 
-int InfoCommand::run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
-    const bool accept = arguments.size() == 3 && arguments[1] == kAcceptDowngradedOption;
-    if (!handles(arguments) || arguments.size() != (accept ? 3u : 2u)) {
-        err << "usage: mppinspect " << kName << " [" << kAcceptDowngradedOption << "] FILE\n";
-        return kExitUsage;
+std::optional<nlohmann::ordered_json> InfoCommand::reportFor(const std::vector<std::string>& arguments) {
+    const auto options = PlanOptions::parse(arguments, false, 1);
+    if (!options) {
+        return std::nullopt;
     }
-    const nlohmann::ordered_json info = infoOfFile(arguments.back(), accept);
-    out << info.dump(2) << "\n";
-    return info.contains("error") ? kExitRefused : 0;
+    return infoOfFile(options->operands[0], options->acceptDowngraded);
 }

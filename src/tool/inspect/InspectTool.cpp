@@ -2,42 +2,59 @@
 
 #include "tool/inspect/CatCommand.h"
 #include "tool/inspect/CopyCommand.h"
-#include "tool/inspect/InspectError.h"
+#include "tool/inspect/DumpCommand.h"
+#include "tool/inspect/InfoCommand.h"
 #include "tool/inspect/ListCommand.h"
+#include "tool/inspect/PropsCommand.h"
+#include "tool/inspect/QueryCommand.h"
+
+namespace {
+
+// One line per command: "usage: mppinspect <name> <arguments>", the further ones aligned under it.
+void printUsage(const std::vector<const InspectCommand*>& commands, std::ostream& err) {
+    const char* lead = "usage: ";
+    for (const InspectCommand* command : commands) {
+        err << lead << "mppinspect " << command->name() << " " << command->argumentsUsage() << "\n";
+        lead = "       ";
+    }
+}
+
+} // namespace
 
 InspectTool::InspectTool() {
+    m_commands.push_back(std::make_unique<InfoCommand>());
+    m_commands.push_back(std::make_unique<PropsCommand>());
+    m_commands.push_back(std::make_unique<DumpCommand>());
+    m_commands.push_back(std::make_unique<QueryCommand>());
     m_commands.push_back(std::make_unique<ListCommand>());
     m_commands.push_back(std::make_unique<CatCommand>());
     m_commands.push_back(std::make_unique<CopyCommand>());
 }
 
 int InspectTool::run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
-    for (const auto& command : m_commands) {
-        if (arguments.empty() || arguments[0] != command->name()) {
-            continue;
+    InspectCommand* command = arguments.empty() ? nullptr : commandNamed(arguments[0]);
+    if (!command) {
+        std::vector<const InspectCommand*> all;
+        for (const auto& each : m_commands) {
+            all.push_back(each.get());
         }
-        if (arguments.size() - 1 != command->argumentCount()) {
-            break;
-        }
-        try {
-            command->run(std::vector<std::string>(arguments.begin() + 1, arguments.end()), out);
-            out.flush();
-            return 0;
-        } catch (const InspectError& error) {
-            err << error.line() << "\n";
-            return kExitFailure;
-        }
+        printUsage(all, err);
+        return InspectCommand::kExitUsage;
     }
-    printUsage(err);
-    return kExitUsage;
+    const int status =
+        command->run(std::vector<std::string>(arguments.begin() + 1, arguments.end()), out, err);
+    out.flush();
+    if (status == InspectCommand::kExitUsage) {
+        printUsage({command}, err);
+    }
+    return status;
 }
 
-void InspectTool::printUsage(std::ostream& err) const {
-    err << "usage:";
-    const char* separator = " ";
+InspectCommand* InspectTool::commandNamed(const std::string& name) const {
     for (const auto& command : m_commands) {
-        err << separator << "mppinspect " << command->name() << " " << command->argumentsUsage();
-        separator = " | ";
+        if (command->name() == name) {
+            return command.get();
+        }
     }
-    err << "\n";
+    return nullptr;
 }

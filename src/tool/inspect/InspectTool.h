@@ -10,16 +10,14 @@
 // The inspector's entry: picks the command named by the first argument and runs it.
 class InspectTool {
 public:
-    static constexpr int kExitFailure = 1;
-    static constexpr int kExitUsage = 2;
-
     InspectTool();
 
-    // `arguments` excludes the program name. Gives the exit status.
+    // `arguments` excludes the program name. Gives the exit status of InspectCommand; with arguments
+    // that fit no command, the usage of the command named, or of all commands, goes to `err`.
     int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err);
 
 private:
-    void printUsage(std::ostream& err) const;
+    InspectCommand* commandNamed(const std::string& name) const;
 
     std::vector<std::unique_ptr<InspectCommand>> m_commands;
 };

@@ -8,7 +8,7 @@
 
 #include <zlib.h>
 
-void ListCommand::run(const std::vector<std::string>& arguments, std::ostream& out) {
+void ListCommand::runOnStorage(const std::vector<std::string>& arguments, std::ostream& out) {
     InspectedFile file(arguments[0]);
     listStorage(file.rootStorage(), "", out);
 }

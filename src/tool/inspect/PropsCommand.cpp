@@ -15,9 +15,6 @@
 
 namespace {
 
-constexpr int kExitRefused = 1;
-constexpr int kExitUsage = 2;
-
 // The project's own Props stream, inside the data directory.
 constexpr const char* kProjectPropsStreamName = "Props";
 
@@ -69,22 +66,14 @@ nlohmann::ordered_json PropsCommand::propertiesOfFile(const std::string& path) {
     return result;
 }
 
-bool PropsCommand::handles(const std::vector<std::string>& arguments) {
-    return !arguments.empty() && arguments[0] == kName;
-}
-
-int PropsCommand::run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
-    if (!handles(arguments) || arguments.size() != 2) {
-        err << "usage: mppinspect " << kName << " FILE\n";
-        return kExitUsage;
+std::optional<nlohmann::ordered_json> PropsCommand::reportFor(const std::vector<std::string>& arguments) {
+    if (arguments.size() != 1) {
+        return std::nullopt;
     }
-    nlohmann::ordered_json properties;
     try {
-        properties = propertiesOfFile(arguments[1]);
+        return propertiesOfFile(arguments[0]);
     } catch (const TVException& exception) {
         // A Props stream whose property set is malformed fails an internal check.
-        properties = {{"error", {{"name", exception.name()}, {"text", exception.reason()}}}};
+        return nlohmann::ordered_json{{"error", {{"name", exception.name()}, {"text", exception.reason()}}}};
     }
-    out << properties.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << "\n";
-    return properties.contains("error") ? kExitRefused : 0;
 }

@@ -3,6 +3,7 @@
 #include "MPPCommon/date/DateExtensions.h"
 #include "MPPCommon/date/DateTestSupport.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <vector>
 
@@ -23,6 +24,12 @@ TEST(StringExtensionsTest, TimeSpansAsClockAndMspdiText) {
     EXPECT_EQ(initWithDurationTimeSpan(0), "PT0H00M00S");
     EXPECT_EQ(initWithDurationTimeSpan(-1), "PT0H00M00S");
     EXPECT_EQ(initWithDurationTimeSpan(INT64_MAX), "PT2562047788H00M54S");
+}
+
+TEST(StringExtensionsTest, SecondsAsLogClockText) {
+    EXPECT_EQ(hourMinSecFromDuration(3723.9), "01:02:03");
+    EXPECT_EQ(hourMinSecFromDuration(100 * 3600), "100:00:00");
+    EXPECT_EQ(hourMinSecFromDuration(NAN), "00:00:00");
 }
 
 TEST(StringExtensionsTest, BytesAsText) {

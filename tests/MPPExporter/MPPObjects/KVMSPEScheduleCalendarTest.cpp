@@ -107,6 +107,16 @@ TEST_P(ScheduleCalendarZoneTest, WorksThroughMidnight) {
     EXPECT_EQ(calendar.workingTimeFromDate(february(2, 23), february(3, 1)), 2 * 3600.0);
 }
 
+TEST_P(ScheduleCalendarZoneTest, AdvancesIntoADayWithFewerPeriods) {
+    // Mondays work one period, Tuesdays two: an advance that ends a Tuesday in its second period goes
+    // on from the first period of the next Monday.
+    KVMSPEScheduleCalendar calendar;
+    calendar.addWorkingTimePeriod(WorkingTimePeriod{8, 0, 0, 12, 0, 0}, 2);
+    calendar.addWorkingTimePeriod(WorkingTimePeriod{8, 0, 0, 12, 0, 0}, 3);
+    calendar.addWorkingTimePeriod(WorkingTimePeriod{13, 0, 0, 17, 0, 0}, 3);
+    EXPECT_EQ(calendar.date(february(3, 14), 5 * 3600.0, true), february(9, 10));
+}
+
 INSTANTIATE_TEST_SUITE_P(Zones, ScheduleCalendarZoneTest, ::testing::ValuesIn(kTestZones));
 
 // A day step is a fixed 86400 seconds, so after a change of daylight saving the stepped day starts an

@@ -7,6 +7,8 @@
 #include "MPPImporter/file/KVMPPFixedDataReader.h"
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
+#include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
+#include "MPPImporter/file/KVMSPIMPP16PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPPReader.h"
 #include "StreamFileFixture.h"
 
@@ -109,6 +111,62 @@ TEST_F(KVMSPIMPPDataDirectoryReaderTest, StorageWithoutStreamsOrOfUnknownKind) {
     } catch (const TVException& exception) {
         EXPECT_EQ(exception.reason(), "Unexpected stream name 'TBkndFoo'.");
     }
+}
+
+// Application 16 writes Fixed2 meta items longer than the 93 bytes of its tables; the header's item
+// count tells their length. Two tasks (UIDs 10 and 12, object id first) behind three leading items,
+// each Fixed2 item marked at offset 80.
+MPPFixtureFile application16TaskFile(uint32_t fixed2ItemSize) {
+    constexpr uint32_t kItems = 5;
+    ByteWriter fixed2Meta;
+    fixed2Meta.u32(kMagic).u32(4).u32(kItems).u32(0);
+    for (uint32_t index = 0; index < kItems; ++index) {
+        fixed2Meta.u32(0).u32(index < 4 ? 0 : 4).zeros(72).u8(static_cast<uint8_t>(0xB0 + index));
+        fixed2Meta.zeros(fixed2ItemSize - 81);
+    }
+    MPPFixtureFile file;
+    file.addStream("   114/TBkndTask/FixedMeta",
+                   metaStream(47, {{0, 0}, {0, 0}, {0, 0}, {0x20, 0}, {0x20, 16}}));
+    file.addStream("   114/TBkndTask/FixedData",
+                   ByteWriter().u32(1).u32(10).zeros(8).u32(2).u32(12).zeros(8).data());
+    file.addStream("   114/TBkndTask/Fixed2Meta", fixed2Meta.data());
+    file.addStream("   114/TBkndTask/Fixed2Data", ByteWriter().zeros(8).data());
+    return file;
+}
+
+// The Fixed2 meta item size that a reader of `list` and `appVersion` takes for the file, and the
+// marks it reads for the two tasks.
+std::pair<int32_t, std::vector<uint8_t>>
+fixed2ItemsOf(const MPPFixtureFile& file, const KVMSPIMPPPropertyList& list, int32_t appVersion) {
+    testsupport::TempDir dir;
+    SSLRoot root(file.write(dir.path(), "plan.mpp").string());
+    KVMSPIMPPReader fileReader(root.rootStorage(), &list, appVersion);
+    KVMSPOLE2DirectoryReader project(fileReader.rootStorage().childStorageWithName("   114"), "   114",
+                                     &fileReader);
+    KVMSPIMPPDataDirectoryReader tasks(project.directory().childStorageWithName("TBkndTask"), "TBkndTask",
+                                       &project);
+    KVMPPFixedDataReader* fixed2 = tasks.fixed2DataReader();
+    EXPECT_NE(fixed2, nullptr);
+    if (fixed2 == nullptr) {
+        return {};
+    }
+    std::vector<uint8_t> marks;
+    for (const int32_t uid : {10, 12}) {
+        uint8_t mark = 0;
+        EXPECT_TRUE(fixed2->readMetaUByte(mark, uid, 80)) << uid;
+        marks.push_back(mark);
+    }
+    return {fixed2->metaStreamItemSize(), marks};
+}
+
+TEST(KVMSPIMPPDataDirectoryReaderFixed2, Application16MeasuresItsFixed2MetaItems) {
+    const std::vector<uint8_t> marks = {0xB3, 0xB4};
+    for (const uint32_t itemSize : {93u, 94u, 96u}) {
+        EXPECT_EQ(fixed2ItemsOf(application16TaskFile(itemSize), KVMSPIMPP16PropertyList::shared(), 16),
+                  std::make_pair(static_cast<int32_t>(itemSize), marks));
+    }
+    // Application 15 keeps the size of its tables.
+    EXPECT_EQ(fixed2ItemsOf(application16TaskFile(93), KVMSPIMPP15PropertyList::shared(), 15).first, 93);
 }
 
 } // namespace

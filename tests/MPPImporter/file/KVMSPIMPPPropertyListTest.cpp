@@ -187,7 +187,9 @@ const std::vector<Row>& propertyOffsetRows() {
         single(104, {kNo, kNo, kNo, 32, 32}),
         single(105, {216, 216, 166, 40, 40}),
         single(106, {kNo, kNo, kNo, 56, 56}),
-        single(107, {184, 184, 184, 16, 16}),
+        // Application 14's task items hold the actual work, the start and the early dates elsewhere
+        // than formats 9 and 12 do: read from its files.
+        single(107, {184, 184, 134, 16, 16}),
         single(108, {kNo, kNo, kNo, 24, 24}),
         single(110, {232, 232, kNo, kNo, kNo}),
         single(112, {74, 74, kNo, kNo, kNo}),
@@ -199,9 +201,9 @@ const std::vector<Row>& propertyOffsetRows() {
         single(190, {80, 80, 56, 64, 64}),
         single(191, {200, 200, 150, kNo, kNo}),
         single(192, {60, 60, 42, 84, 84}),
-        single(194, {8, 8, 68, 108, 108}),
-        single(195, {88, 88, 114, 104, 104}),
-        single(196, {88, 88, 64, 104, 104}),
+        single(194, {8, 8, 8, 108, 108}),
+        single(195, {88, 88, 106, 104, 104}),
+        single(196, {88, 88, 106, 104, 104}),
         single(197, {8, 8, 8, 108, 108}),
         single(198, {12, 12, 12, 112, 112}),
         single(199, {152, 152, 110, 116, 116}),
@@ -393,8 +395,65 @@ void expectCustomFields(std::span<const MPPCustomFieldRecord> actual, const std:
     }
 }
 
-TEST(KVMSPIMPPPropertyListTest, ResourceCustomFieldsAreTheSameInEveryVersion) {
+TEST(KVMSPIMPPPropertyListTest, CutResourceItemsOfDowngradedFilesHoldTheCostPerUseEarlier) {
+    constexpr int32_t kCostPerUse = 53, kMaxUnits = 55;
+    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 15), 76u);
+    EXPECT_EQ(listOfVersion(9).propertyOffsetForAppVersion(kCostPerUse, 16), 76u);
+    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 14), 84u);
+    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 12), 84u);
+    EXPECT_EQ(listOfVersion(15).propertyOffsetForAppVersion(kCostPerUse, 15), 72u);
+    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kMaxUnits, 15), 44u);
+    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(9, 15), std::nullopt);
+}
+
+TEST(KVMSPIMPPPropertyListTest, ResourceCustomFieldsOfVersion9) {
+    const KVMSPIMPPPropertyList& list = KVMSPIMPP9PropertyList::shared();
+    expectCustomFields(list.resourceCostCustomFields(), "RESOURCE_COST", 10, {{1, 10, 125, 134, 1}});
+    expectCustomFields(list.resourceDateCustomFields(), "RESOURCE_DATE", 10, {{1, 10, 103, 112, 1}});
+    expectCustomFields(list.resourceDurationCustomFields(), "RESOURCE_DURATION", 10, {{1, 10, 80, 89, 1}});
+    expectCustomFields(list.resourceFinishCustomFields(), "RESOURCE_FINISH", 10, {{1, 10, 50, 59, 1}});
+    expectCustomFields(list.resourceNumberCustomFields(), "RESOURCE_NUMBER", 20, {{1, 20, 60, 79, 1}});
+    expectCustomFields(list.resourceOutlineCodeCustomFields(), "RESOURCE_OUTLINECODE", 10,
+                       {{1, 10, 113, 122, 1}});
+    expectCustomFields(list.resourceStartCustomFields(), "RESOURCE_START", 10, {{1, 10, 40, 49, 1}});
+    expectCustomFields(list.resourceTextCustomFields(), "RESOURCE_TEXT", 30, {{1, 30, 10, 39, 1}});
+}
+
+// A custom field that shares its number with a resource's name, notes, mail address, availability or
+// baseline values would read that value as a field.
+TEST(KVMSPIMPPPropertyListTest, ResourceCustomFieldNumbersAreDistinctFromResourceProperties) {
+    constexpr int32_t kAvailability = 63, kEmailAddress = 101, kName = 102, kNotes = 103;
+    constexpr int32_t kBaselineCostGroup = 64, kBaselineWorkGroup = 76;
     for (const KVMSPIMPPPropertyList* list : allLists()) {
+        std::map<int64_t, std::string> owners;
+        const auto claim = [&](int64_t number, const std::string& owner) {
+            const auto [found, inserted] = owners.emplace(number, owner);
+            EXPECT_TRUE(inserted) << "version " << list->mppVersion() << ": " << owner << " and "
+                                  << found->second << " share " << number;
+        };
+        for (const int32_t key : {kAvailability, kEmailAddress, kName, kNotes}) {
+            if (const auto number = list->propertyID(key)) {
+                claim(*number, "key " + std::to_string(key));
+            }
+        }
+        for (int32_t index = 1; index <= 10; ++index) {
+            for (const int32_t group : {kBaselineCostGroup, kBaselineWorkGroup}) {
+                claim(*list->propertyID(group, index), "baseline key " + std::to_string(group + index));
+            }
+        }
+        for (const auto& table : {list->resourceCostCustomFields(), list->resourceDateCustomFields(),
+                                  list->resourceDurationCustomFields(), list->resourceFinishCustomFields(),
+                                  list->resourceNumberCustomFields(), list->resourceOutlineCodeCustomFields(),
+                                  list->resourceStartCustomFields(), list->resourceTextCustomFields()}) {
+            for (const MPPCustomFieldRecord& record : table) {
+                claim(record.propertyNumber, record.fieldName);
+            }
+        }
+    }
+}
+
+TEST(KVMSPIMPPPropertyListTest, ResourceCustomFieldsFromVersion12On) {
+    for (const KVMSPIMPPPropertyList* list : std::span(allLists()).subspan(1)) {
         expectCustomFields(list->resourceCostCustomFields(), "RESOURCE_COST", 10,
                            {{1, 3, 123, 125, 1}, {4, 10, 166, 172, 1}});
         expectCustomFields(list->resourceDateCustomFields(), "RESOURCE_DATE", 10, {{1, 10, 173, 182, 1}});

@@ -16,16 +16,17 @@ namespace {
 constexpr int32_t kParentOffset = 36;
 constexpr int32_t kOutlineLevelOffset = 40;
 constexpr int32_t kDurationOffset = 42;
-constexpr int32_t kStartOffset = 64;
+constexpr int32_t kStartOffset = 106;
 constexpr int32_t kWorkOffset = 126;
 constexpr int32_t kMilestoneMetaOffset = 8;
 constexpr int32_t kEffortDrivenMetaOffset = 11;
 constexpr int32_t kFlag1MetaOffset = 35;
-constexpr int32_t kBaseline0MarkOffset = 76;
 constexpr int32_t kNameProperty = 14;
 constexpr int32_t kBaseline0CostProperty = 6;
 constexpr int32_t kBaseline0DurationProperty = 27;
 constexpr int32_t kBaseline0StartProperty = 43;
+constexpr int32_t kBaseline1CostProperty = 484;
+constexpr int32_t kBaseline2StartProperty = 493;
 
 constexpr TVTimeSpan kHour = 3600LL * 1000000;
 
@@ -52,14 +53,13 @@ protected:
     ~QuietLog() override { tvSetLogSink(nullptr); }
 };
 
-// UID 0 summarises the plan and marks baseline 0. UID 7 (ID 2) is a child of UID 0 with stored
-// values, baseline 0 values and custom fields; UID 3 (ID 1), a child of UID 7, has neither baseline
-// nor custom values.
+// UID 0 summarises the plan and holds no baseline. UID 7 (ID 2) is a child of UID 0 with stored
+// values, baseline 0 values, a baseline 1 cost alone, a baseline 2 start and custom fields; UID 3
+// (ID 1), a child of UID 7, has neither baseline nor custom values.
 std::vector<FixtureTask> plan() {
     const KVMSPIMPPPropertyList& list = KVMSPIMPP14PropertyList::shared();
     FixtureTask top = fixtureTask(0, 0);
     top.data[kParentOffset] = le32(0xFFFFFFFF);
-    top.fixed2[kBaseline0MarkOffset] = {1};
     FixtureTask seven = fixtureTask(7, 2);
     seven.data = {{kParentOffset, le32(0)},
                   {kOutlineLevelOffset, le16(1)},
@@ -72,6 +72,8 @@ std::vector<FixtureTask> plan() {
                  {kBaseline0CostProperty, leDouble(1250)},
                  {kBaseline0DurationProperty, le32(2400)},
                  {kBaseline0StartProperty, mppTimestamp(10990, 4800)},
+                 {kBaseline1CostProperty, leDouble(700)},
+                 {kBaseline2StartProperty, mppTimestamp(10980, 4800)},
                  {firstProperty(list.taskDurationCustomFields()), le32(4800)},
                  {firstProperty(list.taskNumberCustomFields()), leDouble(2.5)},
                  // A text field that refers to outline code 9, in a plan without an outline code store.
@@ -146,10 +148,30 @@ TEST_F(KVMSPIMPPTaskReaderTest, MetaFlagsUseTheirMasksAndMarks) {
     EXPECT_TRUE(error.domain.empty());
 }
 
-TEST_F(KVMSPIMPPTaskReaderTest, BaselineFieldsFollowTheSelectedBaseline) {
+TEST_F(KVMSPIMPPTaskReaderTest, BaselinesAreFoundByTheDataOfEachTask) {
+    // The summary task marks none of them, yet baselines 0 and 2 are read; baseline 1 holds a cost
+    // alone, which is no baseline data without a start, a finish or a duration.
     EXPECT_EQ(tasks().readersForBaseline(0).size(), 1U);
     EXPECT_TRUE(tasks().readersForBaseline(1).empty());
+    EXPECT_EQ(tasks().readersForBaseline(2).count(7), 1U);
     EXPECT_THROW(tasks().readersForBaseline(11), TVException);
+
+    auto has = [this](int32_t uid, int32_t number) {
+        bool value = false;
+        EXPECT_TRUE(tasks().hasBaseline(uid, number, value));
+        return value;
+    };
+    EXPECT_TRUE(has(7, 0));
+    EXPECT_FALSE(has(7, 1));
+    EXPECT_TRUE(has(7, 2));
+    EXPECT_FALSE(has(0, 0));
+    EXPECT_FALSE(has(3, 2));
+    bool value = false;
+    EXPECT_FALSE(tasks().hasBaseline(7, 11, value));
+    EXPECT_FALSE(tasks().hasBaseline(99, 0, value));
+}
+
+TEST_F(KVMSPIMPPTaskReaderTest, BaselineFieldsFollowTheSelectedBaseline) {
 
     m_plan.project().setBaselineNumber(0);
     EXPECT_EQ(tasks().baselineNumber(), 0);
@@ -170,6 +192,10 @@ TEST_F(KVMSPIMPPTaskReaderTest, BaselineFieldsFollowTheSelectedBaseline) {
 
     m_plan.project().setBaselineNumber(1);
     EXPECT_FALSE(tasks().taskStart(7, date));
+    EXPECT_FALSE(tasks().taskCost(7, cost));
+    m_plan.project().setBaselineNumber(2);
+    ASSERT_TRUE(tasks().taskStart(7, date));
+    EXPECT_EQ(date, mppDate(10980, 4800));
     m_plan.project().setBaselineNumber(-1);
     ASSERT_TRUE(tasks().taskStart(7, date));
     EXPECT_EQ(date, mppDate(11000, 4800));

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace {
 
@@ -15,8 +16,10 @@ public:
         std::memcpy(m_bytes.data(), &count, sizeof count);
     }
     TimephasedBytes& record(size_t index, int32_t offsetMinutes, double cumulativeWorkMinutes) {
-        const int32_t offset = offsetMinutes * 80;
-        const double work = cumulativeWorkMinutes * 1000.0;
+        return storedRecord(index, offsetMinutes * 80, cumulativeWorkMinutes * 1000.0);
+    }
+    // A record with its values as stored.
+    TimephasedBytes& storedRecord(size_t index, int32_t offset, double work) {
         std::memcpy(&m_bytes[40 + 28 * index], &offset, sizeof offset);
         std::memcpy(&m_bytes[44 + 28 * index], &work, sizeof work);
         return *this;
@@ -68,6 +71,11 @@ TEST_F(MPPTimephasedWorkDecoderTest, RecordsWhoseCumulativeWorkDoesNotGrowMakeNo
     EXPECT_DOUBLE_EQ(phases[0].seconds, 2 * 3600.0);
     EXPECT_EQ(phases[1].start, utcInstant(2016, 1, 4, 14));
     EXPECT_DOUBLE_EQ(phases[1].seconds, 30 * 60.0);
+}
+
+TEST_F(MPPTimephasedWorkDecoderTest, GrowthThatVanishesInSecondsMakesNoPhase) {
+    const double smallestWork = std::numeric_limits<double>::denorm_min();
+    EXPECT_TRUE(TimephasedBytes(1, 1).storedRecord(0, 0, smallestWork).decode(m_monday).empty());
 }
 
 TEST_F(MPPTimephasedWorkDecoderTest, DecodingEndsAtTheLastWholeRecord) {

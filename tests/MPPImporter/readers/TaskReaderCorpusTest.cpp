@@ -121,6 +121,11 @@ public:
             fields["milestone"] = flag(flagValue);
         if (tasks.taskSummary(uid, flagValue))
             fields["summary"] = flag(flagValue);
+        if (tasks.taskEffortDriven(uid, flagValue))
+            fields["effort_driven"] = flag(flagValue);
+        TVTimeSpan actualWork = 0;
+        if (tasks.taskActualWork(uid, actualWork))
+            fields["actual_work"] = number(actualWork / kMicrosecondsPerMinute);
         addScheduleFields(tasks, uid, "", fields);
         if (m_project.constraintReader() != nullptr) {
             const KVMSPISingleTaskReader task(uid, tasks);
@@ -178,9 +183,10 @@ Fields refTask(const json& task) {
     Fields fields;
     for (const char* key :
          {"id", "name", "outline_level", "parent_uid", "percent_complete", "priority", "constraint_type",
-          "constraint_date", "milestone", "summary", "start", "finish"}) {
+          "constraint_date", "milestone", "summary", "effort_driven", "start", "finish"}) {
         fields[key] = refText(task.value(key, json()));
     }
+    fields["actual_work"] = refNumber(task, "actual_work_min");
     fields["duration"] = refNumber(task, "duration_min");
     fields["work"] = refNumber(task, "work_min");
     fields["cost"] = refNumber(task, "cost");
@@ -283,12 +289,13 @@ TEST(TaskReaderCorpusTest, CorpusProjectAndTasksMatchTheReference) {
 }
 
 // The fields that every format holds alike, of each task of a plan: milestones and costs exist only
-// in some formats, and dates of manually scheduled tasks differ by format.
+// in some formats, dates of manually scheduled tasks differ by format, and whether a new task is
+// effort driven is the saving application's default.
 std::map<int32_t, Fields> portableTaskFields(const PlanFields& plan) {
     std::map<int32_t, Fields> tasks;
     for (int32_t uid : plan.taskUIDs()) {
         Fields fields = plan.task(uid);
-        for (const char* key : {"milestone", "cost", "start", "finish", "constraint_date"})
+        for (const char* key : {"milestone", "cost", "start", "finish", "constraint_date", "effort_driven"})
             fields.erase(key);
         // The plan's summary task carries the file's title.
         if (uid == 0)

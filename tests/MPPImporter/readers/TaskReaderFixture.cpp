@@ -1,6 +1,7 @@
 #include "TaskReaderFixture.h"
 
 #include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
+#include "MPPImporter/file/MPPFormatConstants.h"
 #include "MPPImporter/file/StreamFileFixture.h"
 #include "MPPImporter/readers/KVMSPIMPPProjectReader.h"
 #include "MPPImporter/readers/KVMSPIMPPTaskReader.h"
@@ -14,7 +15,6 @@ constexpr uint32_t kFirstFieldOfTask = 0x20;
 constexpr int32_t kDataItemSize = 206;
 constexpr int32_t kMetaItemSize = 47;
 constexpr int32_t kFixed2ItemSize = 96;
-constexpr int32_t kFixed2MetaItemSize = 92;
 // Items before the first object's index hold no object.
 constexpr int32_t kLeadingItems = 3;
 
@@ -79,7 +79,15 @@ MPPFixtureFile::Bytes TaskPlanFixture::propsStream(const std::map<uint32_t, std:
     return w.data();
 }
 
-TaskPlanFixture::TaskPlanFixture(const std::vector<FixtureTask>& tasks, const MPPFixtureFile::Bytes& props) {
+TaskPlanFixture::TaskPlanFixture(const std::vector<FixtureTask>& tasks, const MPPFixtureFile::Bytes& props)
+    : TaskPlanFixture(tasks, props, KVMSPIMPP14PropertyList::shared()) {}
+
+TaskPlanFixture::TaskPlanFixture(const std::vector<FixtureTask>& tasks, const MPPFixtureFile::Bytes& props,
+                                 const KVMSPIMPPPropertyList& list) {
+    // Applications 15 and 16 store the ID first and the UID after it.
+    const bool idFirst = list.mppVersion() >= kMSPDIVersion_2013;
+    const auto fixed2MetaItemSize =
+        static_cast<int32_t>(list.taskDataStreamParams().fixed2.metaStreamItemSize);
     MPPFixtureFile file;
     std::vector<std::vector<uint8_t>> metaItems, dataItems, fixed2MetaItems, fixed2Items;
     ByteWriter varMeta;
@@ -91,10 +99,10 @@ TaskPlanFixture::TaskPlanFixture(const std::vector<FixtureTask>& tasks, const MP
         meta[0] = le32(kFirstFieldOfTask);
         metaItems.push_back(item(kMetaItemSize, meta));
         std::map<int32_t, std::vector<uint8_t>> data = task.data;
-        data[0] = le32(static_cast<uint32_t>(task.uid));
-        data[4] = le32(static_cast<uint32_t>(task.id));
+        data[idFirst ? 4 : 0] = le32(static_cast<uint32_t>(task.uid));
+        data[idFirst ? 0 : 4] = le32(static_cast<uint32_t>(task.id));
         dataItems.push_back(item(kDataItemSize, data));
-        fixed2MetaItems.push_back(item(kFixed2MetaItemSize, {}));
+        fixed2MetaItems.push_back(item(fixed2MetaItemSize, {}));
         fixed2Items.push_back(item(kFixed2ItemSize, task.fixed2));
         for (const auto& [property, block] : task.var) {
             varItems.u32(static_cast<uint32_t>(task.uid))
@@ -106,14 +114,14 @@ TaskPlanFixture::TaskPlanFixture(const std::vector<FixtureTask>& tasks, const MP
         }
     }
     addFixedPair(file, "   114/TBkndTask/Fixed", kMetaItemSize, metaItems, dataItems);
-    addFixedPair(file, "   114/TBkndTask/Fixed2", kFixed2MetaItemSize, fixed2MetaItems, fixed2Items);
+    addFixedPair(file, "   114/TBkndTask/Fixed2", fixed2MetaItemSize, fixed2MetaItems, fixed2Items);
     varMeta.u32(kMagic).u32(4).u32(static_cast<uint32_t>(varCount)).zeros(8).u32(0).bytes(varItems.data());
     file.addStream("   114/TBkndTask/VarMeta", varMeta.data());
     file.addStream("   114/TBkndTask/Var2Data", varData.data());
     file.addStream("   114/Props", props);
     m_root = SSLRoot::rootWithFilename(file.write(m_dir.path(), "plan.mpp").string());
-    m_reader = std::make_unique<KVMSPIMPPReader>(m_root->rootStorage(), &KVMSPIMPP14PropertyList::shared(),
-                                                 14, KVMSPIMPPProjectReader::projectReaderFactory());
+    m_reader = std::make_unique<KVMSPIMPPReader>(m_root->rootStorage(), &list, list.mppVersion(),
+                                                 KVMSPIMPPProjectReader::projectReaderFactory());
 }
 
 KVMSPIMPPProjectReader& TaskPlanFixture::project() const {

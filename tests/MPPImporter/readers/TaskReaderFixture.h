@@ -12,11 +12,12 @@
 #include <vector>
 
 class KVMSPIMPPProjectReader;
+class KVMSPIMPPPropertyList;
 class KVMSPIMPPTaskReader;
 
 // One task of a format 14 plan written for a test: its fixed item of 206 bytes, its meta item of 47
 // bytes and its second fixed item of 96 bytes, each given as bytes at offsets; and its variable data
-// blocks by property number.
+// blocks by property number. The fixture writes the UID and the ID where the version keeps them.
 struct FixtureTask {
     int32_t uid = 0;
     int32_t id = 0;
@@ -33,10 +34,12 @@ std::vector<uint8_t> leDouble(double value);
 // An MPP date: the time in tenths of a minute, then the day after the MPP epoch.
 std::vector<uint8_t> mppTimestamp(uint16_t day, uint16_t tenthsOfMinute);
 
-// A format 14 plan file written by application 14 with the tasks given and a Props stream, opened
-// with the whole reader tree.
+// A format 14 plan file with the tasks given and a Props stream, written by the application whose
+// property list is given (14, 15 or 16), opened with the whole reader tree.
 class TaskPlanFixture {
 public:
+    TaskPlanFixture(const std::vector<FixtureTask>& tasks, const MPPFixtureFile::Bytes& props,
+                    const KVMSPIMPPPropertyList& list);
     TaskPlanFixture(const std::vector<FixtureTask>& tasks, const MPPFixtureFile::Bytes& props);
 
     KVMSPIMPPProjectReader& project() const;

@@ -1,11 +1,11 @@
 #include "tool/inspect/DumpCommand.h"
 
+#include "InspectToolRun.h"
 #include "support/TestSupport.h"
 #include "tool/inspect/DumpValue.h"
 #include "tool/inspect/ReaderFieldDump.h"
 
 #include <gtest/gtest.h>
-#include <sstream>
 
 namespace {
 
@@ -37,15 +37,6 @@ nlohmann::ordered_json fieldsOf(int32_t uid) {
             .field("start", &FakeReader::start)
             .secondsField("work", &FakeReader::work);
     });
-}
-
-int runDump(const std::vector<std::string>& arguments, std::string& out, std::string& err) {
-    std::ostringstream outStream;
-    std::ostringstream errStream;
-    const int status = DumpCommand::run(arguments, outStream, errStream);
-    out = outStream.str();
-    err = errStream.str();
-    return status;
 }
 
 } // namespace
@@ -81,20 +72,20 @@ TEST(ReaderFieldDump, KeepsAFailedInternalCheckOnItsObject) {
 }
 
 TEST(DumpCommand, RefusesMalformedArguments) {
-    std::string out;
-    std::string err;
     for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
              {"dump"},
+             {"dump", "--accept-downgraded"},
              {"dump", "--baseline", "plan.mpp"},
              {"dump", "--baseline", "11", "plan.mpp"},
              {"dump", "--baseline", "2x", "plan.mpp"},
              {"dump", "--baseline", "1", "--baseline", "2", "plan.mpp"},
              {"dump", "--accept-downgraded", "--accept-downgraded", "plan.mpp"},
              {"dump", "--verbose", "plan.mpp"},
-             {"info", "plan.mpp"}}) {
-        EXPECT_EQ(runDump(arguments, out, err), 2) << arguments.size();
-        EXPECT_EQ(out, "");
-        EXPECT_NE(err.find("usage: mppinspect dump"), std::string::npos);
+             {"dump", "plan.mpp", "other.mpp"}}) {
+        const auto run = InspectToolRun::of(arguments);
+        EXPECT_EQ(run.status, 2) << arguments.size();
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(run.err, "usage: mppinspect dump [--accept-downgraded] [--baseline N] FILE\n");
     }
 }
 
@@ -102,10 +93,9 @@ TEST(DumpCommand, GivesTheImportErrorForAFileThatIsNoPlan) {
     testsupport::TempDir dir;
     const auto path = dir.path() / "plan.mpp";
     testsupport::writeFileBytes(path, std::vector<unsigned char>(600, 'x'));
-    std::string out;
-    std::string err;
-    EXPECT_EQ(runDump({"dump", "--accept-downgraded", "--baseline", "0", path.string()}, out, err), 1);
-    const auto dump = nlohmann::json::parse(out);
+    const auto run = InspectToolRun::of({"dump", "--accept-downgraded", "--baseline", "0", path.string()});
+    EXPECT_EQ(run.status, 1);
+    const auto dump = nlohmann::json::parse(run.out);
     EXPECT_EQ(dump["error"]["code"], 4);
     EXPECT_FALSE(dump.contains("tasks"));
 }

@@ -1,5 +1,6 @@
 #include "tool/inspect/PropsCommand.h"
 
+#include "InspectToolRun.h"
 #include "MPPCommon/storage/SSLRoot.h"
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPCommon/storage/SSLStream.h"
@@ -7,7 +8,6 @@
 
 #include <fstream>
 #include <gtest/gtest.h>
-#include <sstream>
 
 namespace {
 
@@ -81,10 +81,10 @@ TEST(PropsCommand, RefusedFilesGiveTheImportErrorAndBadArgumentsTheUsage) {
     testsupport::TempDir dir;
     const auto path = dir.path() / "plain.txt";
     testsupport::writeFileBytes(path, {'n', 'o', 't', ' ', 'a', 'n', ' ', 'M', 'P', 'P'});
-    std::ostringstream out;
-    std::ostringstream err;
-    EXPECT_EQ(PropsCommand::run({"props", path.string()}, out, err), 1);
-    EXPECT_NE(out.str().find("\"error\""), std::string::npos);
-    EXPECT_EQ(PropsCommand::run({"props"}, out, err), 2);
-    EXPECT_EQ(err.str(), "usage: mppinspect props FILE\n");
+    const auto refused = InspectToolRun::of({"props", path.string()});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_NE(refused.out.find("\"error\""), std::string::npos);
+    const auto usage = InspectToolRun::of({"props"});
+    EXPECT_EQ(usage.status, 2);
+    EXPECT_EQ(usage.err, "usage: mppinspect props FILE\n");
 }

@@ -1,31 +1,13 @@
+#include "InspectToolRun.h"
 #include "MPPCommon/storage/SSLRoot.h"
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPCommon/storage/SSLStream.h"
 #include "support/TestSupport.h"
 #include "tool/inspect/EntryPath.h"
-#include "tool/inspect/InspectTool.h"
 
 #include <gtest/gtest.h>
-#include <sstream>
 
 namespace {
-
-struct ToolRun {
-    int status = 0;
-    std::string out;
-    std::string err;
-};
-
-ToolRun runTool(const std::vector<std::string>& arguments) {
-    std::ostringstream out;
-    std::ostringstream err;
-    InspectTool tool;
-    ToolRun run;
-    run.status = tool.run(arguments, out, err);
-    run.out = out.str();
-    run.err = err.str();
-    return run;
-}
 
 // A file with a stream at the root, a storage whose name needs escapes, and a stream inside it.
 std::string writeSample(const testsupport::TempDir& dir) {
@@ -54,18 +36,18 @@ TEST(StorageCommandsTest, ListsCatsAndCopies) {
     const std::string listing = "S\t3\t352441c2\t\\x05SummaryInformation\n"
                                 "D\t0\t-\ta\\x2Fb\\x5Cc\n"
                                 "S\t5\t3610a686\ta\\x2Fb\\x5Cc/Inner\n";
-    ToolRun ls = runTool({"ls", sample});
+    InspectToolRun ls = InspectToolRun::of({"ls", sample});
     EXPECT_EQ(ls.status, 0) << ls.err;
     EXPECT_EQ(ls.out, listing);
 
-    ToolRun cat = runTool({"cat", sample, "A\\x2FB\\x5CC/inner"});
+    InspectToolRun cat = InspectToolRun::of({"cat", sample, "A\\x2FB\\x5CC/inner"});
     EXPECT_EQ(cat.status, 0) << cat.err;
     EXPECT_EQ(cat.out, "hello");
 
     const std::string copy = (dir.path() / "copy.mpp").string();
-    ToolRun copied = runTool({"copy", sample, copy});
+    InspectToolRun copied = InspectToolRun::of({"copy", sample, copy});
     EXPECT_EQ(copied.status, 0) << copied.err;
-    EXPECT_EQ(runTool({"ls", copy}).out, listing);
+    EXPECT_EQ(InspectToolRun::of({"ls", copy}).out, listing);
 }
 
 TEST(StorageCommandsTest, FailuresNameTheResultCode) {
@@ -74,26 +56,39 @@ TEST(StorageCommandsTest, FailuresNameTheResultCode) {
     const std::string junk = (dir.path() / "junk.mpp").string();
     testsupport::writeFileBytes(junk, std::vector<unsigned char>(600, 'x'));
 
-    ToolRun notCompound = runTool({"ls", junk});
-    EXPECT_EQ(notCompound.status, InspectTool::kExitFailure);
+    InspectToolRun notCompound = InspectToolRun::of({"ls", junk});
+    EXPECT_EQ(notCompound.status, InspectCommand::kExitFailure);
     EXPECT_EQ(notCompound.err.rfind("error 3 SSL_ERROR_NOT_COMPOUND_FILE: ", 0), 0u) << notCompound.err;
 
-    ToolRun missing = runTool({"cat", (dir.path() / "none").string(), "x"});
+    InspectToolRun missing = InspectToolRun::of({"cat", (dir.path() / "none").string(), "x"});
     EXPECT_EQ(missing.err.rfind("error 1 SSL_ERROR_FILE_NOT_FOUND: ", 0), 0u) << missing.err;
 
-    ToolRun noStream = runTool({"cat", sample, "a\\x2Fb\\x5Cc/Other"});
-    EXPECT_EQ(noStream.status, InspectTool::kExitFailure);
+    InspectToolRun noStream = InspectToolRun::of({"cat", sample, "a\\x2Fb\\x5Cc/Other"});
+    EXPECT_EQ(noStream.status, InspectCommand::kExitFailure);
     EXPECT_EQ(noStream.err.rfind("error 11 SSL_ERROR_NOT_FOUND: ", 0), 0u) << noStream.err;
 
-    ToolRun notStream = runTool({"cat", sample, "a\\x2Fb\\x5Cc"});
+    InspectToolRun notStream = InspectToolRun::of({"cat", sample, "a\\x2Fb\\x5Cc"});
     EXPECT_EQ(notStream.err.rfind("error 10 SSL_ERROR_NOT_STREAM: ", 0), 0u) << notStream.err;
 
+    EXPECT_EQ(InspectToolRun::of({"ls"}).err, "usage: mppinspect ls FILE\n");
+    EXPECT_EQ(InspectToolRun::of({"cat", sample}).err, "usage: mppinspect cat FILE PATH\n");
+}
+
+TEST(InspectToolTest, WithoutAKnownCommandPrintsEveryCommandsUsage) {
+    const std::string all =
+        "usage: mppinspect info [--accept-downgraded] FILE\n"
+        "       mppinspect props FILE\n"
+        "       mppinspect dump [--accept-downgraded] [--baseline N] FILE\n"
+        "       mppinspect query [--accept-downgraded] [--baseline N] FILE QUERY [LEAF ...]\n"
+        "       mppinspect ls FILE\n"
+        "       mppinspect cat FILE PATH\n"
+        "       mppinspect copy IN OUT\n";
     for (const auto& arguments :
-         std::vector<std::vector<std::string>>{{}, {"ls"}, {"cat", sample}, {"frob", sample}}) {
-        ToolRun usage = runTool(arguments);
-        EXPECT_EQ(usage.status, InspectTool::kExitUsage);
-        EXPECT_EQ(usage.err.rfind("usage: ", 0), 0u);
-        EXPECT_EQ(std::count(usage.err.begin(), usage.err.end(), '\n'), 1);
+         std::vector<std::vector<std::string>>{{}, {"frob", "plan.mpp"}, {"--help"}}) {
+        const InspectToolRun usage = InspectToolRun::of(arguments);
+        EXPECT_EQ(usage.status, InspectCommand::kExitUsage);
+        EXPECT_EQ(usage.err, all);
+        EXPECT_EQ(usage.out, "");
     }
 }
 

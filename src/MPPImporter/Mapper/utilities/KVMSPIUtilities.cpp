@@ -2,17 +2,19 @@
 
 #include "MPPCommon/date/DateExtensions.h"
 #include "MPPCommon/date/StringExtensions.h"
+#include "MPPCommon/shared/MSPCAtomicWrite.h"
 #include "MPPCommon/support/Log.h"
+#include "MPPCommon/support/PosixRegex.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPCommon/xml/KVMSPCXMLDocument.h"
-#include "MPPCommon/support/PosixRegex.h"
+#include "MPPExporter/MPPObjects/ScheduleDateExtensions.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <unistd.h>
-#include <vector>
+#include <utility>
 
 namespace {
 
@@ -133,31 +135,26 @@ std::optional<TVTimeZone> zoneOfTvnxRecord(const ParsedDateTime& parsed) {
     return TVTimeZone::forSecondsFromGMT((hour * 60 + minute) * 60);
 }
 
-// Writes the bytes under a temporary name beside `path` and renames it into place.
-bool writeAtomically(const std::filesystem::path& path, const std::vector<unsigned char>& bytes) {
-    std::string temporary = path.string() + ".XXXXXX";
-    const int descriptor = mkstemp(temporary.data());
-    if (descriptor < 0) {
-        return false;
-    }
-    size_t written = 0;
-    while (written < bytes.size()) {
-        const ssize_t count = write(descriptor, bytes.data() + written, bytes.size() - written);
-        if (count <= 0) {
-            break;
+// Appends the three fields of a date or a time that `unitFlags` names. Once the text has begun, a
+// separator follows each of the first two places, whether its field was written or not. The first
+// field takes `firstFormat`, the others two digits.
+void appendFields(std::string& text, TVCalendarUnits unitFlags, const char* firstFormat, char separator,
+                  const std::array<std::pair<TVCalendarUnits, int64_t>, 3>& fields) {
+    for (size_t index = 0; index < fields.size(); ++index) {
+        if (index > 0 && !text.empty()) {
+            text += separator;
         }
-        written += static_cast<size_t>(count);
+        const auto& [unit, value] = fields[index];
+        if (hasAnyUnit(unitFlags, unit)) {
+            text += stringWithFormat(index == 0 ? firstFormat : "%02d", static_cast<int>(value));
+        }
     }
-    const bool complete = close(descriptor) == 0 && written == bytes.size();
-    std::error_code error;
-    if (complete) {
-        std::filesystem::rename(temporary, path, error);
-    }
-    if (!complete || error) {
-        std::filesystem::remove(temporary, error);
-        return false;
-    }
-    return true;
+}
+
+// The instant of ISO text read in the system zone; none for text that holds no date.
+std::optional<TVDate> dateOfIsoText(const std::string& text) {
+    const auto components = KVMSPIUtilities::componentsFromISODateTime(text);
+    return components ? KVMSPIUtilities::dateFromComponents(*components) : std::nullopt;
 }
 
 const char* yesOrNo(bool flag) {
@@ -256,44 +253,21 @@ std::optional<std::string> KVMSPIUtilities::stringFromComponents(const MSPCDateC
     if (unitFlags == kMSPCParseFailed) {
         return std::nullopt;
     }
-    const auto field = [](int64_t value) { return static_cast<int>(value); };
     std::string text;
     if (hasAnyUnit(unitFlags, kMSPCDateUnits)) {
-        if (hasAnyUnit(unitFlags, kTVCalendarUnitYear)) {
-            text += stringWithFormat("%d", field(components.year));
-        }
-        if (!text.empty()) {
-            text += "-";
-        }
-        if (hasAnyUnit(unitFlags, kTVCalendarUnitMonth)) {
-            text += stringWithFormat("%02d", field(components.month));
-        }
-        if (!text.empty()) {
-            text += "-";
-        }
-        if (hasAnyUnit(unitFlags, kTVCalendarUnitDay)) {
-            text += stringWithFormat("%02d", field(components.day));
-        }
+        appendFields(text, unitFlags, "%d", '-',
+                     {{{kTVCalendarUnitYear, components.year},
+                       {kTVCalendarUnitMonth, components.month},
+                       {kTVCalendarUnitDay, components.day}}});
     }
     if (hasAnyUnit(unitFlags, kMSPCTimeZoneUnits | kMSPCTimeUnits) && !text.empty()) {
         text += "T";
     }
     if (hasAnyUnit(unitFlags, kMSPCTimeUnits)) {
-        if (hasAnyUnit(unitFlags, kTVCalendarUnitHour)) {
-            text += stringWithFormat("%02d", field(components.hour));
-        }
-        if (!text.empty()) {
-            text += ":";
-        }
-        if (hasAnyUnit(unitFlags, kTVCalendarUnitMinute)) {
-            text += stringWithFormat("%02d", field(components.minute));
-        }
-        if (!text.empty()) {
-            text += ":";
-        }
-        if (hasAnyUnit(unitFlags, kTVCalendarUnitSecond)) {
-            text += stringWithFormat("%02d", field(components.second));
-        }
+        appendFields(text, unitFlags, "%02d", ':',
+                     {{{kTVCalendarUnitHour, components.hour},
+                       {kTVCalendarUnitMinute, components.minute},
+                       {kTVCalendarUnitSecond, components.second}}});
     }
     if (!hasAnyUnit(unitFlags, kMSPCTimeZoneUnits)) {
         return text;
@@ -304,7 +278,7 @@ std::optional<std::string> KVMSPIUtilities::stringFromComponents(const MSPCDateC
     const int64_t zoneHour = hasAnyUnit(unitFlags, kMSPCUnitTimeZoneHour) ? components.timeZoneHour() : 0;
     const int64_t zoneMinute =
         hasAnyUnit(unitFlags, kMSPCUnitTimeZoneMinute) ? components.timeZoneMinute() : 0;
-    return text + stringWithFormat("%+03d:%02d", field(zoneHour), field(zoneMinute));
+    return text + stringWithFormat("%+03d:%02d", static_cast<int>(zoneHour), static_cast<int>(zoneMinute));
 }
 
 std::optional<MSPCDateComponents> KVMSPIUtilities::componentsFromISODateTime(const std::string& text) {
@@ -449,6 +423,25 @@ int KVMSPIUtilities::compareMspdiDateTime(const std::string& first, const std::s
     return orderOf(dateOf(first), dateOf(second));
 }
 
+std::optional<std::string> KVMSPIUtilities::isoDateTime(const std::string& text, double duration,
+                                                        bool forward,
+                                                        const KVMSPEScheduleCalendar* calendar) {
+    const auto date = dateOfIsoText(text);
+    return date ? mppToTvnxDateTime(dateAdvancedByDuration(*date, duration, forward, calendar))
+                : std::nullopt;
+}
+
+std::optional<std::string> KVMSPIUtilities::isoDateTime(const std::string& text,
+                                                        const std::string& tvnxDuration, bool forward,
+                                                        const KVMSPEScheduleCalendar* calendar) {
+    return isoDateTime(text, intValue(tvnxDuration), forward, calendar);
+}
+
+bool KVMSPIUtilities::isWorkingDay(const std::string& text, const KVMSPEScheduleCalendar* calendar) {
+    const auto date = dateOfIsoText(text);
+    return date && isWorkingDayInCalendar(*date, calendar);
+}
+
 int64_t KVMSPIUtilities::mspdiDurationInSecs(const std::string& text) {
     if (text.empty()) {
         return -1;
@@ -493,13 +486,6 @@ std::optional<std::string> KVMSPIUtilities::tvnxToMspdiDuration(const std::strin
     return mppToMspdiDuration(intValue(text));
 }
 
-std::string KVMSPIUtilities::hourMinSecFromDuration(double seconds) {
-    const int64_t whole = truncatedToInt64(seconds);
-    return stringWithFormat("%02lld:%02d:%02d", static_cast<long long>(whole / kSecondsPerHour),
-                            static_cast<int>((whole % kSecondsPerHour) / kSecondsPerMinute),
-                            static_cast<int>(whole % kSecondsPerMinute));
-}
-
 void KVMSPIUtilities::dumpXMLDocument(const KVMSPCXMLDocument& document, const TVFileURL& workingFolderUrl,
                                       const std::string& dumpName, int dumpNumber) {
     if (workingFolderUrl.isEmpty()) {
@@ -524,8 +510,8 @@ void KVMSPIUtilities::dumpXMLDocument(const KVMSPCXMLDocument& document, const T
         stringWithFormat("%s_dump", dumpName.empty() ? "TVMSPDIFilter" : dumpName.c_str());
     const std::string number = dumpNumber >= 1 ? stringWithFormat("(%d)", dumpNumber) : std::string();
     const std::filesystem::path file = folder / stringWithFormat("%s%s.xml", base.c_str(), number.c_str());
-    if (!writeAtomically(file,
-                         document.XMLDataWithOptions(kXMLNodePrettyPrint | kXMLNodeCompactEmptyElement))) {
+    if (!writeDataAtomically(
+            file.string(), document.XMLDataWithOptions(kXMLNodePrettyPrint | kXMLNodeCompactEmptyElement))) {
         tvLog(stringWithFormat(
             "*** ERROR: MSPIUtilities dumpXMLDocument:workingFolderUrl: Failed to write '%s'.",
             file.c_str()));

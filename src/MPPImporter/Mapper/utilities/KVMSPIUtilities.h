@@ -10,6 +10,7 @@
 #include <string>
 
 class KVMSPCXMLDocument;
+class KVMSPEScheduleCalendar;
 
 // The ISO text layer of the mappers: parsing and rendering of ISO 8601 dates and durations over a
 // components record, and the conversions between the three date forms (MSPDI text, wall clock
@@ -63,6 +64,16 @@ public:
     // -1, 0 or 1; texts that are empty compare by length.
     static int compareMspdiDateTime(const std::string& first, const std::string& second);
 
+    // Working time on ISO text, quiet about text that isn't a date: none or false. Only the standard
+    // calendar is supported; a calendar passed in is reported in the log and ignored.
+    // The date of the text moved by `duration` seconds of working time, as TVNX text.
+    static std::optional<std::string> isoDateTime(const std::string& text, double duration, bool forward,
+                                                  const KVMSPEScheduleCalendar* calendar);
+    // The same with a TVNX duration text, whose integer value is the seconds.
+    static std::optional<std::string> isoDateTime(const std::string& text, const std::string& tvnxDuration,
+                                                  bool forward, const KVMSPEScheduleCalendar* calendar);
+    static bool isWorkingDay(const std::string& text, const KVMSPEScheduleCalendar* calendar);
+
     // Seconds of the hours, minutes and seconds of an MSPDI duration; -1 for empty text.
     static int64_t mspdiDurationInSecs(const std::string& text);
     static std::optional<std::string> mspdiToTvnxDuration(const std::string& text);
@@ -71,8 +82,6 @@ public:
     static std::string mppToTvnxDuration(double seconds);
     static std::string mppToMspdiDuration(double seconds);
     static std::optional<std::string> tvnxToMspdiDuration(const std::string& text);
-    // "hh:mm:ss" of a count of seconds, for logs.
-    static std::string hourMinSecFromDuration(double seconds);
 
     // Writes the document, pretty printed, as "<dumpName>_dump(<dumpNumber>).xml" into the folder
     // "TVMSPDIFilterDump" of the working folder; no name gives "TVMSPDIFilter", a number below 1 no
