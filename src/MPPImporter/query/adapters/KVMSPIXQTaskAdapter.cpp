@@ -11,12 +11,20 @@ namespace {
 using Task = KVMSPISingleTaskReader;
 using Adapter = KVMSPIXQLeafAdapter<Task>;
 
+// A text field that the file holds empty has nothing to give, so it answers none.
+std::optional<std::string> nonEmptyText(const std::string& text) {
+    return text.empty() ? std::nullopt : std::optional<std::string>(text);
+}
+
+Adapter::Leaf<std::optional<std::string>> textFieldLeaf(Adapter::Operation<std::string> operation) {
+    return Adapter::stringLeaf(operation, nonEmptyText);
+}
+
 // A task is pinned when the file holds any of its pinned texts.
 bool isPinned(const Task& task, TVError* error) {
     for (const Adapter::Operation<std::string> operation :
          {&Task::taskPinnedStart, &Task::taskPinnedFinish, &Task::taskPinnedDuration}) {
-        std::string text;
-        if ((task.*operation)(text, error)) {
+        if (textFieldLeaf(operation)(task, error)) {
             return true;
         }
     }
@@ -43,12 +51,12 @@ const KVMSPIXQTaskAdapter::Leaves& KVMSPIXQTaskAdapter::taskLeaves() {
             {
                 {"Name", stringLeaf(&Task::taskName)},
                 {"Notes", stringLeaf(&Task::taskNotes)},
-                {"ManualDuration", stringLeaf(&Task::taskPinnedDuration)},
-                {"PinnedDuration", stringLeaf(&Task::taskPinnedDuration)},
-                {"ManualFinish", stringLeaf(&Task::taskPinnedFinish)},
-                {"PinnedFinish", stringLeaf(&Task::taskPinnedFinish)},
-                {"ManualStart", stringLeaf(&Task::taskPinnedStart)},
-                {"PinnedStart", stringLeaf(&Task::taskPinnedStart)},
+                {"ManualDuration", textFieldLeaf(&Task::taskPinnedDuration)},
+                {"PinnedDuration", textFieldLeaf(&Task::taskPinnedDuration)},
+                {"ManualFinish", textFieldLeaf(&Task::taskPinnedFinish)},
+                {"PinnedFinish", textFieldLeaf(&Task::taskPinnedFinish)},
+                {"ManualStart", textFieldLeaf(&Task::taskPinnedStart)},
+                {"PinnedStart", textFieldLeaf(&Task::taskPinnedStart)},
                 {"ManualTaskStart", stringLeaf(&Task::taskManualStart, initWithDateTime)},
                 {"ManualTaskFinish", stringLeaf(&Task::taskManualFinish, initWithDateTime)},
                 {"ConstraintDate", stringLeaf(&Task::taskConstraintDate, initWithDateTime)},
