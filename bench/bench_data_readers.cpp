@@ -1,6 +1,7 @@
 // Opens the object storages of the largest corpus files and reads every fixed item (meta and data)
 // and every variable block through the data readers.
 
+#include "BenchCorpus.h"
 #include "MPPCommon/storage/SSLRoot.h"
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPCommon/support/Log.h"
@@ -25,30 +26,12 @@ constexpr int32_t kLastProperty = 1024;
 
 // The largest MPP files of the corpus that identify as a readable format.
 std::vector<std::filesystem::path> largestReadableFiles() {
-    std::vector<std::filesystem::path> files;
-    std::error_code ec;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(std::filesystem::path(TVMSP_CORPUS_DIR) / "mpp", ec)) {
-        if (entry.path().extension() == ".mpp") {
-            files.push_back(entry.path());
-        }
-    }
-    std::sort(files.begin(), files.end(), [](const auto& a, const auto& b) {
-        return std::filesystem::file_size(a) > std::filesystem::file_size(b);
-    });
-    std::vector<std::filesystem::path> readable;
-    for (const auto& file : files) {
+    return largestCorpusFiles(kLargestFiles, BenchFileKinds::plans, [](const std::filesystem::path& file) {
         auto root = SSLRoot::rootWithFilename(file.string());
         TVError error;
-        if (root->lastError() == 0 &&
-            KVMSPIMPPVersionReader(file.string()).getMppReader(*root, true, &error)) {
-            readable.push_back(file);
-        }
-        if (readable.size() == kLargestFiles) {
-            break;
-        }
-    }
-    return readable;
+        return root->lastError() == 0 &&
+               KVMSPIMPPVersionReader(file.string()).getMppReader(*root, true, &error) != nullptr;
+    });
 }
 
 int64_t readFixedItems(KVMPPFixedDataReader& reader) {

@@ -1,4 +1,5 @@
 // Dumping a whole plan through the object readers, on the largest files of the corpus.
+#include "BenchCorpus.h"
 #include "tool/inspect/DumpCommand.h"
 
 #include <algorithm>
@@ -13,25 +14,13 @@ namespace fs = std::filesystem;
 constexpr size_t kFilesMeasured = 3;
 
 // The largest MPP files of the corpus, largest first; empty when the corpus is absent.
-const std::vector<fs::path>& largestCorpusFiles() {
-    static const std::vector<fs::path> files = [] {
-        std::vector<fs::path> found;
-        std::error_code error;
-        for (const auto& entry : fs::directory_iterator(fs::path(TVMSP_CORPUS_DIR) / "mpp", error)) {
-            if (entry.is_regular_file() && entry.path().extension() == ".mpp") {
-                found.push_back(entry.path());
-            }
-        }
-        std::sort(found.begin(), found.end(),
-                  [](const fs::path& a, const fs::path& b) { return fs::file_size(a) > fs::file_size(b); });
-        found.resize(std::min(found.size(), kFilesMeasured));
-        return found;
-    }();
+const std::vector<fs::path>& measuredFiles() {
+    static const std::vector<fs::path> files = largestCorpusFiles(kFilesMeasured);
     return files;
 }
 
 void BM_DumpPlan(benchmark::State& state) {
-    const auto& files = largestCorpusFiles();
+    const auto& files = measuredFiles();
     const auto index = static_cast<size_t>(state.range(0));
     if (index >= files.size()) {
         state.SkipWithError("corpus folder " TVMSP_CORPUS_DIR "/mpp is absent or holds too few files");

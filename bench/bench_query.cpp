@@ -1,5 +1,6 @@
 // The path queries that an import asks of a plan, answered by the readers through the query layer, on
 // the largest plans of the corpus that the import accepts.
+#include "BenchCorpus.h"
 #include "MPPCommon/xml/KVMSPIXQuery.h"
 #include "tool/inspect/QueriedFile.h"
 
@@ -17,24 +18,10 @@ constexpr size_t kFilesMeasured = 3;
 
 // The largest MPP files of the corpus that open, largest first; empty when the corpus is absent.
 const std::vector<fs::path>& largestPlans() {
-    static const std::vector<fs::path> plans = [] {
-        std::vector<fs::path> found;
-        std::error_code error;
-        for (const auto& entry : fs::directory_iterator(fs::path(TVMSP_CORPUS_DIR) / "mpp", error)) {
-            if (entry.is_regular_file() && entry.path().extension() == ".mpp") {
-                found.push_back(entry.path());
-            }
-        }
-        std::sort(found.begin(), found.end(),
-                  [](const fs::path& a, const fs::path& b) { return fs::file_size(a) > fs::file_size(b); });
-        std::vector<fs::path> accepted;
-        for (const auto& path : found) {
-            if (accepted.size() < kFilesMeasured && QueriedFile(path.string(), true, -1).project()) {
-                accepted.push_back(path);
-            }
-        }
-        return accepted;
-    }();
+    static const std::vector<fs::path> plans =
+        largestCorpusFiles(kFilesMeasured, BenchFileKinds::plans, [](const fs::path& path) {
+            return QueriedFile(path.string(), true, -1).project() != nullptr;
+        });
     return plans;
 }
 

@@ -1,4 +1,5 @@
 // Opening a compound file and reading every stream, on the largest files of the corpus.
+#include "BenchCorpus.h"
 #include "MPPCommon/storage/SSLRoot.h"
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPCommon/storage/SSLStream.h"
@@ -15,21 +16,9 @@ namespace fs = std::filesystem;
 constexpr size_t kFilesMeasured = 3;
 
 // The largest MPP and MPT files of the corpus, largest first; empty when the corpus is absent.
-const std::vector<fs::path>& largestCorpusFiles() {
-    static const std::vector<fs::path> files = [] {
-        std::vector<fs::path> found;
-        std::error_code error;
-        for (const auto& entry : fs::directory_iterator(fs::path(TVMSP_CORPUS_DIR) / "mpp", error)) {
-            const std::string extension = entry.path().extension().string();
-            if (entry.is_regular_file() && (extension == ".mpp" || extension == ".mpt")) {
-                found.push_back(entry.path());
-            }
-        }
-        std::sort(found.begin(), found.end(),
-                  [](const fs::path& a, const fs::path& b) { return fs::file_size(a) > fs::file_size(b); });
-        found.resize(std::min(found.size(), kFilesMeasured));
-        return found;
-    }();
+const std::vector<fs::path>& measuredFiles() {
+    static const std::vector<fs::path> files =
+        largestCorpusFiles(kFilesMeasured, BenchFileKinds::plansAndTemplates);
     return files;
 }
 
@@ -56,7 +45,7 @@ uint64_t readTree(SSLStorage& storage, std::vector<unsigned char>& buffer) {
 }
 
 void BM_OpenAndReadAllStreams(benchmark::State& state) {
-    const auto& files = largestCorpusFiles();
+    const auto& files = measuredFiles();
     const auto index = static_cast<size_t>(state.range(0));
     if (index >= files.size()) {
         state.SkipWithError("corpus folder " TVMSP_CORPUS_DIR "/mpp is absent or holds too few files");

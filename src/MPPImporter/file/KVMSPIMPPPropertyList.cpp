@@ -72,9 +72,9 @@ int32_t KVMSPIMPPPropertyList::resourceMinItemSizeForAppVersion(int32_t appVersi
 std::optional<uint32_t> KVMSPIMPPPropertyList::propertyOffsetForAppVersion(int32_t key,
                                                                            int32_t appVersion) const {
     const std::optional<uint32_t> offset = propertyOffset(key);
-    const bool cutResourceItem =
-        resourceMinItemSizeForAppVersion(appVersion) < resourceFixedDataMinItemSize();
-    if (offset && key == kResourceCostPerUseKey && cutResourceItem) {
+    // Only the one key moves, so every other read skips the measuring of the item.
+    if (offset && key == kResourceCostPerUseKey &&
+        resourceMinItemSizeForAppVersion(appVersion) < resourceFixedDataMinItemSize()) {
         return *offset - kCutResourceItemLeftOutBytes;
     }
     return offset;

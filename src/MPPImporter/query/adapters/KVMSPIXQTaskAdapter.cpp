@@ -24,7 +24,8 @@ Adapter::Leaf<std::optional<std::string>> textFieldLeaf(Adapter::Operation<std::
 bool isPinned(const Task& task, TVError* error) {
     for (const Adapter::Operation<std::string> operation :
          {&Task::taskPinnedStart, &Task::taskPinnedFinish, &Task::taskPinnedDuration}) {
-        if (textFieldLeaf(operation)(task, error)) {
+        std::string text;
+        if ((task.*operation)(text, error) && !text.empty()) {
             return true;
         }
     }
