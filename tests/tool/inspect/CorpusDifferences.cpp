@@ -1,12 +1,17 @@
 #include "CorpusDifferences.h"
 
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
 namespace {
 
-constexpr size_t kExamplesPerField = 3;
 constexpr size_t kExampleLength = 240;
+
+// Three examples a field, or every one when TVMSP_CORPUS_EXAMPLES is set (for working through a list).
+size_t examplesPerField() {
+    return std::getenv("TVMSP_CORPUS_EXAMPLES") ? SIZE_MAX : 3;
+}
 
 } // namespace
 
@@ -30,7 +35,7 @@ void CorpusDifferences::add(const std::string& file, const std::string& field, c
             return;
         }
     }
-    if (m_examples[field].size() < kExamplesPerField) {
+    if (m_examples[field].size() < examplesPerField()) {
         m_examples[field].push_back(file + ": " + text.substr(0, kExampleLength));
     }
     ++m_counts[field];
