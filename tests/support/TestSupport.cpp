@@ -1,6 +1,7 @@
 #include "support/TestSupport.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <stdexcept>
@@ -27,6 +28,15 @@ std::vector<std::filesystem::path> corpusMppFiles() {
         }
     }
     std::sort(files.begin(), files.end());
+    const char* sample = std::getenv("TVMSP_CORPUS_SAMPLE");
+    const long stride = sample != nullptr ? std::strtol(sample, nullptr, 10) : 1;
+    if (stride > 1) {
+        std::vector<std::filesystem::path> sampled;
+        for (size_t i = 0; i < files.size(); i += static_cast<size_t>(stride)) {
+            sampled.push_back(files[i]);
+        }
+        files.swap(sampled);
+    }
     return files;
 }
 

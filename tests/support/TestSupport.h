@@ -16,7 +16,8 @@ std::filesystem::path corpusDir();
             GTEST_SKIP() << "corpus folder " TVMSP_CORPUS_DIR " is absent; corpus test skipped";       \
     } while (0)
 
-// All MPP files of the corpus, sorted by name.
+// All MPP files of the corpus, sorted by name. With TVMSP_CORPUS_SAMPLE=N in the environment, every
+// Nth of them only: a slow build (the sanitizer build) walks a spread of the corpus in less time.
 std::vector<std::filesystem::path> corpusMppFiles();
 
 // A fresh temporary folder that is removed with the object.

@@ -94,6 +94,7 @@ void KVMPPVarDataReader::makeUidPropertyMap() {
 
     // A count beyond the table's bytes stops at the first item that can't be read.
     const int32_t version = mppVersion();
+    const int64_t dataSize = streamSize(*_dataStream);
     const int64_t itemsInStream =
         (int64_t{metaSize} - kVarMetaHeaderSize + _metaStreamItemSize - 1) / _metaStreamItemSize;
     const int64_t count = std::min(_metaStreamItemCount, itemsInStream + 1);
@@ -117,11 +118,14 @@ void KVMPPVarDataReader::makeUidPropertyMap() {
         tvAssert(itemPosition == _metaStreamItemSize * index + kVarMetaHeaderSize,
                  "Incorrect offset of var meta item.");
         const int64_t blockOffset = int64_t{entry.dataOffset} + kVarDataBlockHeaderSize;
-        if (blockOffset > std::numeric_limits<int32_t>::max()) {
+        // A size word beyond the stream's end keeps what the stream holds, so that no read allocates
+        // more than the file has.
+        const int64_t heldSize = std::min<int64_t>(blockSize, dataSize - blockOffset);
+        if (heldSize <= 0 || blockOffset > std::numeric_limits<int32_t>::max()) {
             continue;
         }
         _uidPropMap.try_emplace(Key{entry.uid, entry.property},
-                                Block{static_cast<int32_t>(blockOffset), blockSize});
+                                Block{static_cast<int32_t>(blockOffset), static_cast<int32_t>(heldSize)});
         _uidArray.push_back(entry.uid);
     }
     std::sort(_uidArray.begin(), _uidArray.end());
@@ -278,9 +282,8 @@ bool KVMPPVarDataReader::readDataUnicode(std::string* text, int32_t uid, int32_t
     }
     std::vector<uint8_t> bytes;
     auto readRest = [&](SSLStream& stream) {
-        // The block's size word is the file's claim; read no more than the stream holds.
-        bytes.resize(std::min<size_t>(static_cast<uint32_t>(remaining), stream.bytesAvailable()));
-        return stream.readBytes(static_cast<uint32_t>(bytes.size()), bytes.data());
+        bytes.resize(static_cast<size_t>(remaining));
+        return stream.readBytes(static_cast<uint32_t>(remaining), bytes.data());
     };
     int32_t bytesRead = 0;
     if (!readData(bytesRead, uid, property, offset, 0, readRest, "readDataUnicode") || bytesRead <= 0) {

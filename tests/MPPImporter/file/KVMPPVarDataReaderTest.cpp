@@ -151,6 +151,9 @@ TEST(KVMPPVarDataReader, UnicodeReadsTheRestOfTheBlock) {
     std::string huge;
     EXPECT_TRUE(reader.readDataUnicode(&huge, 2, 14, 0));
     EXPECT_EQ(huge, "x");
+    int32_t size = 0;
+    ASSERT_TRUE(reader.getDataSize(size, 2, 14));
+    EXPECT_EQ(size, 4);
     EXPECT_FALSE(reader.readDataUnicode(&huge, 3, 14, 0));
 }
 
