@@ -298,7 +298,7 @@ private:
             const std::string object = parentObject + collection.query + "[" + key + "]";
             const auto mpp = mppObjects.find(key);
             if (mpp == mppObjects.end()) {
-                m_differences.add(m_file, fieldPath(path), object + " only in the xml");
+                m_differences.add(m_file, fieldPath(path) + " only in the xml", object);
                 continue;
             }
             compareLeaves(*xml, *mpp->second, collection.leaves, path + "/", object);
@@ -308,8 +308,8 @@ private:
         }
         for (const auto& entry : mppObjects) {
             if (!xmlObjects.count(entry.first)) {
-                m_differences.add(m_file, fieldPath(path),
-                                  parentObject + collection.query + "[" + entry.first + "] only in the mpp");
+                m_differences.add(m_file, fieldPath(path) + " only in the mpp",
+                                  parentObject + collection.query + "[" + entry.first + "]");
             }
         }
     }
