@@ -104,16 +104,9 @@ int32_t KVMSPIMPPPropertyList::readUIDAt(SSLStream& stream, int32_t offset, cons
     return uid;
 }
 
-// A free assignment slot is marked 2 in the low half of its meta entry's first field. Format 9 copies
-// saved by later applications leave other bits in the high half, which the fixed data reader's test of
-// the whole field misses; the slot's data is an empty record that still carries a UID.
-int32_t KVMSPIMPPPropertyList::assignmentUIDFromStream(SSLStream& stream, int32_t metaFirstField,
+int32_t KVMSPIMPPPropertyList::assignmentUIDFromStream(SSLStream& stream, int32_t /*metaFirstField*/,
                                                        int32_t dataItemOffset, int32_t /*dataItemSize*/,
                                                        KVMPPDataReader& caller) const {
-    constexpr uint32_t kFreeSlotMark = 2;
-    if ((static_cast<uint32_t>(metaFirstField) & 0xFFFF) == kFreeSlotMark) {
-        return -1;
-    }
     return readUIDAt(stream, dataItemOffset, "MSPIMPPPropertyList.assignmentUIDFromStream", caller);
 }
 

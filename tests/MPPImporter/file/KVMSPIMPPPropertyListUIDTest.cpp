@@ -125,14 +125,6 @@ TEST_F(KVMSPIMPPPropertyListUIDTest, CalendarAndConstraintUIDsStandWhereTheVersi
     EXPECT_TRUE(m_log.lines().empty());
 }
 
-TEST_F(KVMSPIMPPPropertyListUIDTest, FreeAssignmentSlotsHoldNoObject) {
-    // Format 9 copies saved by later applications mark a free slot 2 with other bits above it
-    // (0x2db00002); occupied slots carry their mark in the second byte (0x1e780300).
-    EXPECT_EQ(list9.assignmentUIDFromStream(*m_stream, 0x2db00002, 0, 34, m_caller), -1);
-    EXPECT_EQ(list14.assignmentUIDFromStream(*m_stream, 2, 0, 34, m_caller), -1);
-    EXPECT_EQ(list9.assignmentUIDFromStream(*m_stream, 0x1e780300, 0, 34, m_caller), 7);
-}
-
 TEST_F(KVMSPIMPPPropertyListUIDTest, ReadFailuresGoToTheCaller) {
     const int32_t end = 300;
     EXPECT_EQ(list14.calendarUIDFromStream(*m_stream, 0, end, 12, m_caller), -1);
