@@ -28,7 +28,6 @@ constexpr uint8_t kPreHammockMark = 191;
 constexpr uint8_t kPostHammockMark = 255;
 constexpr uint8_t kManualMarkOf15 = 127;
 constexpr uint8_t kEffortDrivenBit = 1 << 4;
-constexpr uint8_t kEffortDrivenBitFrom15 = 1 << 3;
 constexpr uint8_t kMilestoneBit = 1 << 1;
 constexpr uint8_t kExpandedBit = 1 << 1;
 constexpr uint8_t kManualBit = 1 << 3;
@@ -445,9 +444,7 @@ bool KVMSPIMPPTaskReader::taskEffortDriven(int32_t uid, bool& value, TVError* er
     if (!m_reads.fixedMetaUByte(kTaskEffortDrivenKey, uid, byte, error)) {
         return false;
     }
-    const uint8_t bit =
-        MPPPropertyList().mppVersion() >= kMSPDIVersion_2013 ? kEffortDrivenBitFrom15 : kEffortDrivenBit;
-    value = (byte & bit) != 0;
+    value = (byte & kEffortDrivenBit) != 0;
     return true;
 }
 

@@ -16,7 +16,7 @@ namespace {
 constexpr int32_t kParentOffset = 36;
 constexpr int32_t kOutlineLevelOffset = 40;
 constexpr int32_t kDurationOffset = 42;
-constexpr int32_t kStartOffset = 106;
+constexpr int32_t kStartOffset = 64;
 constexpr int32_t kWorkOffset = 126;
 constexpr int32_t kMilestoneMetaOffset = 8;
 constexpr int32_t kEffortDrivenMetaOffset = 11;

@@ -5,6 +5,7 @@
 #include "MPPImporter/readers/KVMSPIMPPProjectReader.h"
 #include "support/TestSupport.h"
 
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -76,7 +77,7 @@ void CorpusDifferences::add(const std::string& file, const std::string& field, c
             return;
         }
     }
-    constexpr size_t kExamplesPerField = 4;
+    const size_t kExamplesPerField = std::getenv("TVMSP_CORPUS_EXAMPLES") ? SIZE_MAX : 4;
     std::vector<std::string>& examples = m_examples[field];
     if (examples.size() < kExamplesPerField) {
         examples.push_back(file + ": " + text);

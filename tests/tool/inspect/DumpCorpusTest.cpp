@@ -423,8 +423,7 @@ void countObjectErrors(const std::string& file, const json& dump, CorpusDifferen
 
 // Every readable corpus plan dumps without a failed read, matches the interchange XML that the desktop
 // application saved from it, and dumps the same as the other copies of its plan.
-// Disabled while open: resource names of format 9 copies, resource baselines and work, task flags of 15/16.
-TEST(DumpCorpus, DISABLED_MatchesInterchangeXmlAndOtherCopies) {
+TEST(DumpCorpus, MatchesInterchangeXmlAndOtherCopies) {
     TVMSP_REQUIRE_CORPUS();
     CorpusDifferences differences("DumpCorpusTest.manifest");
     std::map<std::string, std::map<std::string, Fields>> firstCopies;

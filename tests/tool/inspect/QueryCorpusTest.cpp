@@ -359,8 +359,7 @@ std::multimap<std::string, std::filesystem::path> mppCopiesByPlan() {
 
 // Each MPP copy of a plan answers the import's queries as the interchange XML that the desktop
 // application saved from the plan answers them, but for the differences in the manifest.
-// Disabled while the reader faults that it reports (work, flags, constraints, rates) are open.
-TEST(QueryCorpus, DISABLED_MppCopiesAnswerAsTheirInterchangeXml) {
+TEST(QueryCorpus, MppCopiesAnswerAsTheirInterchangeXml) {
     TVMSP_REQUIRE_CORPUS();
     tvSetLogSink([](const std::string&) {});
     CorpusDifferences differences("QueryCorpusTest.manifest");
