@@ -57,7 +57,6 @@ public:
     int32_t resourceMinItemSizeForAppVersion(int32_t appVersion) const;
     std::array<uint8_t, 20> taskFlagMask() const { return m_tables.taskFlagMask; }
     // True if the Fixed2 meta item size of a file is to be measured from its stream.
-    bool fixed2MetaItemSizeFromStream() const { return m_tables.fixed2MetaItemSizeFromStream; }
 
     // The property number of a key, none if this version has no such key.
     std::optional<uint32_t> propertyID(int32_t key) const { return propertyInfo(key, m_propertyIDs); }
