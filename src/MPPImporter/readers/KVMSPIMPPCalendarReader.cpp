@@ -49,8 +49,7 @@ void KVMSPIMPPCalendarReader::loadDefaultWeekBlock(KVMSPIParentReader* parentRea
         project->propsReader() == nullptr) {
         return;
     }
-    MPPDefaultCalendarWeek::loadDefaultWeekBlock(*project->propsReader(), static_cast<int32_t>(*property),
-                                                 _layout.weekDayWorkingTimesOffset);
+    MPPDefaultCalendarWeek::loadDefaultWeekBlock(*project->propsReader(), static_cast<int32_t>(*property));
 }
 
 void KVMSPIMPPCalendarReader::readCalendarBlocks() {

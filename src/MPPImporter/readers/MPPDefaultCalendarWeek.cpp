@@ -3,7 +3,6 @@
 #include "MPPImporter/file/KVMSPIPropsReader.h"
 #include "MPPImporter/readers/MPPCalendarDataBlock.h"
 
-#include <algorithm>
 #include <array>
 
 namespace {
@@ -21,19 +20,19 @@ bool isWeekend(int32_t dayIndex) {
 
 } // namespace
 
-void MPPDefaultCalendarWeek::loadDefaultWeekBlock(KVMSPIPropsReader& propsReader, int32_t property,
-                                                  int32_t firstDayOffset) {
+void MPPDefaultCalendarWeek::loadDefaultWeekBlock(KVMSPIPropsReader& propsReader, int32_t property) {
     auto& block = defaultWeekBlock();
-    if (block || firstDayOffset < 0) {
+    if (block) {
         return;
     }
-    const auto head = static_cast<size_t>(firstDayOffset);
-    std::vector<uint8_t> bytes(head + kBlockSize);
-    if (propsReader.readPropertyByteArray(bytes.data(), static_cast<uint32_t>(bytes.size()), property,
-                                          false)) {
-        block.emplace();
-        std::copy(bytes.begin() + static_cast<std::ptrdiff_t>(head), bytes.end(), block->begin());
+    std::array<uint8_t, kBlockSize> bytes{};
+    if (propsReader.readPropertyByteArray(bytes.data(), kBlockSize, property, false)) {
+        block = bytes;
     }
+}
+
+void MPPDefaultCalendarWeek::forgetDefaultWeekBlock() {
+    defaultWeekBlock().reset();
 }
 
 bool MPPDefaultCalendarWeek::hasDefaultWorkingHours() {

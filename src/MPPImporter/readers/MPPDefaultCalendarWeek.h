@@ -17,13 +17,14 @@ class MPPDefaultCalendarWeek {
 public:
     static constexpr uint32_t kBlockSize = 420;
 
-    // Reads the default week block from `property` of the Props stream, unless it is loaded already.
-    // Its seven day records begin at `firstDayOffset`, as in the calendar data blocks of the file's
-    // version (format 9 puts a 4-byte head before them); only the records are kept, so that files of
-    // every version read the same block. A failed read leaves it absent, for a later reader to try again.
-    static void loadDefaultWeekBlock(KVMSPIPropsReader& propsReader, int32_t property,
-                                     int32_t firstDayOffset);
+    // Reads the default week block, the first 420 bytes of `property` of the Props stream, unless it is
+    // loaded already. Day index n is the record at 60 * n of the block. A failed read leaves it absent,
+    // for a later reader to try again.
+    static void loadDefaultWeekBlock(KVMSPIPropsReader& propsReader, int32_t property);
     static bool hasDefaultWorkingHours();
+    // Drops the loaded block, so that the next calendar reader loads the one of its own plan, as the
+    // first plan of a process does.
+    static void forgetDefaultWeekBlock();
     // The record of day index 0 (Sunday) to 6 of the default week block; none without the block.
     static std::optional<MPPCalendarRecord> dayRecord(int32_t dayIndex);
 
