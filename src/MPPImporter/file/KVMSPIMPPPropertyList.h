@@ -124,9 +124,7 @@ protected:
                              KVMPPDataReader& caller);
 
 private:
-    CustomFields resource(MPPCustomFieldType type) const {
-        return mppResourceCustomFields(type, mppVersion());
-    }
+    static CustomFields resource(MPPCustomFieldType type) { return mppResourceCustomFields(type); }
     CustomFields task(MPPCustomFieldType type) const { return mppTaskCustomFields(type, mppVersion()); }
 
     const MPPVersionTables& m_tables;
