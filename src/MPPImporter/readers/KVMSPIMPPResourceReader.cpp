@@ -97,7 +97,7 @@ const KVMSPISingleResourceBaselineReader* KVMSPIMPPResourceReader::selectedBasel
 bool KVMSPIMPPResourceReader::isValidUID(int32_t uid) const {
     MPPDataItemInfo info;
     return fixedDataReader() != nullptr && fixedDataReader()->dataItemInfo(&info, uid) &&
-           info.dataSize >= MPPPropertyList().resourceMinItemSizeForAppVersion(appVersion());
+           info.dataSize >= MPPPropertyList().resourceMinExpectedSize();
 }
 
 int64_t KVMSPIMPPResourceReader::objectIDforUniqueID(int32_t uid) const {

@@ -395,17 +395,6 @@ void expectCustomFields(std::span<const MPPCustomFieldRecord> actual, const std:
     }
 }
 
-TEST(KVMSPIMPPPropertyListTest, CutResourceItemsOfDowngradedFilesHoldTheCostPerUseEarlier) {
-    constexpr int32_t kCostPerUse = 53, kMaxUnits = 55;
-    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 15), 76u);
-    EXPECT_EQ(listOfVersion(9).propertyOffsetForAppVersion(kCostPerUse, 16), 76u);
-    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 14), 84u);
-    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 12), 84u);
-    EXPECT_EQ(listOfVersion(15).propertyOffsetForAppVersion(kCostPerUse, 15), 72u);
-    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kMaxUnits, 15), 44u);
-    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(9, 15), std::nullopt);
-}
-
 // From version 12 on, a custom field that shares its number with a resource's name, notes, mail
 // address, availability or baseline values would read that value as a field. (Version 9 numbers the
 // resource's own properties differently and shares the field table of the later versions.)
