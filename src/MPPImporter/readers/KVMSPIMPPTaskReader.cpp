@@ -437,7 +437,7 @@ bool KVMSPIMPPTaskReader::taskWork(int32_t uid, TVTimeSpan& value, TVError* erro
     return true;
 }
 
-// Applications 15 and 16 keep the mark one bit lower in their byte; bit 4 there means something else.
+// Every layout keeps the mark at bit 4 of the meta byte.
 bool KVMSPIMPPTaskReader::taskEffortDriven(int32_t uid, bool& value, TVError* error) {
     uint8_t byte = 0;
     if (!m_reads.fixedMetaUByte(kTaskEffortDrivenKey, uid, byte, error)) {
