@@ -113,8 +113,8 @@ int32_t KVMSPIMPPDataDirectoryReader::objectUIDFromStream(SSLStream& stream, int
     case Kind::constraint:
         return list.constraintUIDFromStream(stream, metaFirstField, dataItemOffset, dataItemSize, caller);
     case Kind::resource:
-        return list.resourceUIDFromStream(stream, metaFirstField, dataItemOffset, dataItemSize, appVersion(),
-                                          objectID, caller);
+        return list.resourceUIDFromStream(stream, metaFirstField, dataItemOffset, dataItemSize, objectID,
+                                          caller);
     case Kind::task:
         return list.taskUIDFromStream(stream, metaFirstField, dataItemOffset, dataItemSize, appVersion(),
                                       objectID, isNull, caller);

@@ -12,9 +12,6 @@ namespace {
 constexpr int32_t kCalendarUIDOffsetKey = 25;
 // Low half of the first meta field of a task that is only a placeholder row.
 constexpr int32_t kNullTaskMark = 4;
-// The cost per use of a resource, and the bytes that a cut resource item leaves out in front of it.
-constexpr int32_t kResourceCostPerUseKey = 53;
-constexpr uint32_t kCutResourceItemLeftOutBytes = 8;
 
 bool holdsNoTaskObject(int32_t metaFirstField) {
     return metaFirstField < 16;
@@ -59,25 +56,6 @@ std::string KVMSPIMPPPropertyList::ole2CompObjName() const {
 int32_t KVMSPIMPPPropertyList::taskMinExpectedSizeForAppVersion(int32_t appVersion) {
     const MPPVersionTables* tables = mppVersionTables(appVersion);
     return tables != nullptr ? tables->taskMinExpectedSize : 0;
-}
-
-int32_t KVMSPIMPPPropertyList::resourceMinItemSizeForAppVersion(int32_t appVersion) const {
-    const MPPVersionTables* tables = mppVersionTables(appVersion);
-    if (appVersion == mppVersion() || tables == nullptr) {
-        return resourceFixedDataMinItemSize();
-    }
-    return tables->resourceMinExpectedSize;
-}
-
-std::optional<uint32_t> KVMSPIMPPPropertyList::propertyOffsetForAppVersion(int32_t key,
-                                                                           int32_t appVersion) const {
-    const std::optional<uint32_t> offset = propertyOffset(key);
-    // Only the one key moves, so every other read skips the measuring of the item.
-    if (offset && key == kResourceCostPerUseKey &&
-        resourceMinItemSizeForAppVersion(appVersion) < resourceFixedDataMinItemSize()) {
-        return *offset - kCutResourceItemLeftOutBytes;
-    }
-    return offset;
 }
 
 std::optional<uint32_t> KVMSPIMPPPropertyList::propertyID(int32_t groupKey, int32_t index) const {
@@ -138,11 +116,10 @@ int32_t KVMSPIMPPPropertyList::calendarUIDFromStream(SSLStream& stream, int32_t 
 
 int32_t KVMSPIMPPPropertyList::resourceUIDFromStream(SSLStream& stream, int32_t /*metaFirstField*/,
                                                      int32_t dataItemOffset, int32_t dataItemSize,
-                                                     int32_t appVersion, int64_t* objectID,
-                                                     KVMPPDataReader& caller) const {
+                                                     int64_t* objectID, KVMPPDataReader& caller) const {
     const char* domain = "MSPIMPPPropertyList.resourceUIDFromStream";
     stream.seekFromStart(dataItemOffset);
-    if (!caller.checkError(stream, domain) || dataItemSize < resourceMinItemSizeForAppVersion(appVersion)) {
+    if (!caller.checkError(stream, domain) || dataItemSize < resourceFixedDataMinItemSize()) {
         return -1;
     }
     // Files of version 15 put the object id before the UID; version 16 is read like the older ones.

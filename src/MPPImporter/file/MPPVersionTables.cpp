@@ -114,7 +114,7 @@ constexpr MPPVersionTables kTables15 = {
     .taskFlagMask = kFlagMask14,
 };
 
-// Application 16 writes exactly what 15 writes.
+// Application 16 writes the layout of 15.
 constexpr MPPVersionTables tables16() {
     MPPVersionTables tables = kTables15;
     tables.mppVersion = kMSPDIVersion_2016;

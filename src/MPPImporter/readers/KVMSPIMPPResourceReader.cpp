@@ -97,7 +97,7 @@ const KVMSPISingleResourceBaselineReader* KVMSPIMPPResourceReader::selectedBasel
 bool KVMSPIMPPResourceReader::isValidUID(int32_t uid) const {
     MPPDataItemInfo info;
     return fixedDataReader() != nullptr && fixedDataReader()->dataItemInfo(&info, uid) &&
-           info.dataSize >= MPPPropertyList().resourceMinItemSizeForAppVersion(appVersion());
+           info.dataSize >= MPPPropertyList().resourceMinExpectedSize();
 }
 
 int64_t KVMSPIMPPResourceReader::objectIDforUniqueID(int32_t uid) const {
@@ -203,19 +203,17 @@ bool KVMSPIMPPResourceReader::resourceAvailability(int32_t uid,
     return true;
 }
 
-// The marks are property numbers of the variable data, not offsets: a baseline is set for the
-// resource when its variable data holds the mark's property. Format 9 has no marks.
-bool KVMSPIMPPResourceReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* /*error*/) {
-    if (index < 0 || index >= kBaselineCount || varDataReader() == nullptr) {
+// The mark of a baseline, a byte of the resource's Fixed2 meta item at the offset of the mark's key.
+bool KVMSPIMPPResourceReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* error) {
+    if (index < 0 || index >= kBaselineCount) {
         return false;
     }
-    const KVMSPIMPPPropertyList& list = MPPPropertyList();
-    const auto property = index == 0 ? list.propertyID(kResourceBaselineZeroKey)
-                                     : list.propertyID(kResourceBaselineGroupKey, index);
-    if (!property) {
+    const int32_t key = index == 0 ? kResourceBaselineZeroKey : kResourceBaselineGroupKey + index;
+    uint8_t mark = 0;
+    if (!m_reads.fixed2MetaUByte(key, uid, mark, error)) {
         return false;
     }
-    value = varDataReader()->hasDataForObjectUID(uid, static_cast<int32_t>(*property));
+    value = mark != 0;
     return true;
 }
 

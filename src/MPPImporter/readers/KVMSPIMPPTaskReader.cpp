@@ -67,14 +67,16 @@ void KVMSPIMPPTaskReader::sortUniqueIDsByTaskID() {
     });
 }
 
-// The files don't give the task with UID 0 a mark for each baseline: a task's Fixed2 meta item holds
-// bit fields of the baseline values it has, and where they lie shifts with the application version
-// and the item size, while plans whose baselines were set field by field leave the summary task
-// unmarked. So every valid task's copy of each baseline is read, and a baseline exists when some task
-// holds data in it.
+// The task with UID 0 carries one mark for each baseline that the plan holds; only those baselines
+// are read, and of them only the copies of tasks that hold data.
 void KVMSPIMPPTaskReader::readBaselines() {
     tvLog("      Reading task baselines......");
     for (int32_t number = 0; number < kBaselineCount; ++number) {
+        bool marked = false;
+        if (!hasBaseline(0, number, marked) || !marked) {
+            tvLog(stringWithFormat("        No baseline %d", number));
+            continue;
+        }
         BaselineReaders& readers = m_baselineReaders[static_cast<size_t>(number)];
         for (int32_t uid : m_uniqueIDs) {
             if (!isValidUID(uid)) {
@@ -84,9 +86,6 @@ void KVMSPIMPPTaskReader::readBaselines() {
             if (reader->hasBaselineData()) {
                 readers.emplace(uid, std::move(reader));
             }
-        }
-        if (readers.empty()) {
-            tvLog(stringWithFormat("        No baseline %d", number));
         }
     }
 }
@@ -438,7 +437,7 @@ bool KVMSPIMPPTaskReader::taskWork(int32_t uid, TVTimeSpan& value, TVError* erro
     return true;
 }
 
-// Applications 15 and 16 keep the mark one bit lower in their byte; bit 4 there means something else.
+// Every layout keeps the mark at bit 4 of the meta byte.
 bool KVMSPIMPPTaskReader::taskEffortDriven(int32_t uid, bool& value, TVError* error) {
     uint8_t byte = 0;
     if (!m_reads.fixedMetaUByte(kTaskEffortDrivenKey, uid, byte, error)) {
@@ -529,12 +528,14 @@ bool KVMSPIMPPTaskReader::taskManual(int32_t uid, bool& value, TVError* error) {
     return true;
 }
 
-// Whether the task holds data in the baseline, as read at open.
-bool KVMSPIMPPTaskReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* /*error*/) {
-    if (index < 0 || index >= kBaselineCount || !isValidUID(uid)) {
+// The presence mark of a baseline in the task's Fixed2 item.
+bool KVMSPIMPPTaskReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* error) {
+    uint8_t mark = 0;
+    if (index < 0 || index >= kBaselineCount ||
+        !m_reads.fixed2UByte(kTaskHasBaselineBaseKey + index, uid, mark, error)) {
         return false;
     }
-    value = m_baselineReaders[static_cast<size_t>(index)].count(uid) != 0;
+    value = mark != 0;
     return true;
 }
 

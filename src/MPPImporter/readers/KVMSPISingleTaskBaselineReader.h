@@ -37,7 +37,6 @@ public:
 
 private:
     void readCustomFieldBaseline();
-    void readExtendedFieldBaseline();
     void readBaseline0();
 
     bool m_hasCost = false;

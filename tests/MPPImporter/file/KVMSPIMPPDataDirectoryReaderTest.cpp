@@ -113,8 +113,9 @@ TEST_F(KVMSPIMPPDataDirectoryReaderTest, StorageWithoutStreamsOrOfUnknownKind) {
     }
 }
 
-// Two tasks (UIDs 10 and 12, object id first) behind three leading items, each Fixed2 meta item of
-// `fixed2ItemSize` bytes marked at offset 80.
+// A task file of application 16 whose Fixed2 meta items have the size given; the header's item count
+// tells that size. Two tasks (UIDs 10 and 12, object id first) behind three leading items,
+// each Fixed2 item marked at offset 80.
 MPPFixtureFile application16TaskFile(uint32_t fixed2ItemSize) {
     constexpr uint32_t kItems = 5;
     ByteWriter fixed2Meta;
@@ -158,15 +159,13 @@ fixed2ItemsOf(const MPPFixtureFile& file, const KVMSPIMPPPropertyList& list, int
     return {fixed2->metaStreamItemSize(), marks};
 }
 
-TEST(KVMSPIMPPDataDirectoryReaderFixed2, Fixed2MetaItemsHaveTheSizeOfTheStreamLayout) {
-    // Items of the layout's 93 bytes belong to the tasks of the same index in both applications.
+TEST(KVMSPIMPPDataDirectoryReaderFixed2, Fixed2MetaItemsHaveTheSizeOfTheLayout) {
     const std::vector<uint8_t> marks = {0xB3, 0xB4};
     EXPECT_EQ(fixed2ItemsOf(application16TaskFile(93), KVMSPIMPP16PropertyList::shared(), 16),
-              std::make_pair(int32_t{93}, marks));
-    EXPECT_EQ(fixed2ItemsOf(application16TaskFile(93), KVMSPIMPP15PropertyList::shared(), 15),
-              std::make_pair(int32_t{93}, marks));
-    // Longer items than the layout's are still read in steps of 93 bytes, whatever the header counts.
+              std::make_pair(93, marks));
+    // A file whose header tells longer items is still read with the layout's size.
     EXPECT_EQ(fixed2ItemsOf(application16TaskFile(96), KVMSPIMPP16PropertyList::shared(), 16).first, 93);
+    EXPECT_EQ(fixed2ItemsOf(application16TaskFile(93), KVMSPIMPP15PropertyList::shared(), 15).first, 93);
 }
 
 } // namespace

@@ -395,36 +395,13 @@ void expectCustomFields(std::span<const MPPCustomFieldRecord> actual, const std:
     }
 }
 
-TEST(KVMSPIMPPPropertyListTest, CutResourceItemsOfDowngradedFilesHoldTheCostPerUseEarlier) {
-    constexpr int32_t kCostPerUse = 53, kMaxUnits = 55;
-    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 15), 76u);
-    EXPECT_EQ(listOfVersion(9).propertyOffsetForAppVersion(kCostPerUse, 16), 76u);
-    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 14), 84u);
-    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 12), 84u);
-    EXPECT_EQ(listOfVersion(15).propertyOffsetForAppVersion(kCostPerUse, 15), 72u);
-    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kMaxUnits, 15), 44u);
-    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(9, 15), std::nullopt);
-}
-
-TEST(KVMSPIMPPPropertyListTest, ResourceCustomFieldsOfVersion9) {
-    const KVMSPIMPPPropertyList& list = KVMSPIMPP9PropertyList::shared();
-    expectCustomFields(list.resourceCostCustomFields(), "RESOURCE_COST", 10, {{1, 10, 125, 134, 1}});
-    expectCustomFields(list.resourceDateCustomFields(), "RESOURCE_DATE", 10, {{1, 10, 103, 112, 1}});
-    expectCustomFields(list.resourceDurationCustomFields(), "RESOURCE_DURATION", 10, {{1, 10, 80, 89, 1}});
-    expectCustomFields(list.resourceFinishCustomFields(), "RESOURCE_FINISH", 10, {{1, 10, 50, 59, 1}});
-    expectCustomFields(list.resourceNumberCustomFields(), "RESOURCE_NUMBER", 20, {{1, 20, 60, 79, 1}});
-    expectCustomFields(list.resourceOutlineCodeCustomFields(), "RESOURCE_OUTLINECODE", 10,
-                       {{1, 10, 113, 122, 1}});
-    expectCustomFields(list.resourceStartCustomFields(), "RESOURCE_START", 10, {{1, 10, 40, 49, 1}});
-    expectCustomFields(list.resourceTextCustomFields(), "RESOURCE_TEXT", 30, {{1, 30, 10, 39, 1}});
-}
-
-// A custom field that shares its number with a resource's name, notes, mail address, availability or
-// baseline values would read that value as a field.
+// From version 12 on, a custom field that shares its number with a resource's name, notes, mail
+// address, availability or baseline values would read that value as a field. (Version 9 numbers the
+// resource's own properties differently and shares the field table of the later versions.)
 TEST(KVMSPIMPPPropertyListTest, ResourceCustomFieldNumbersAreDistinctFromResourceProperties) {
     constexpr int32_t kAvailability = 63, kEmailAddress = 101, kName = 102, kNotes = 103;
     constexpr int32_t kBaselineCostGroup = 64, kBaselineWorkGroup = 76;
-    for (const KVMSPIMPPPropertyList* list : allLists()) {
+    for (const KVMSPIMPPPropertyList* list : std::span(allLists()).subspan(1)) {
         std::map<int64_t, std::string> owners;
         const auto claim = [&](int64_t number, const std::string& owner) {
             const auto [found, inserted] = owners.emplace(number, owner);
@@ -452,8 +429,8 @@ TEST(KVMSPIMPPPropertyListTest, ResourceCustomFieldNumbersAreDistinctFromResourc
     }
 }
 
-TEST(KVMSPIMPPPropertyListTest, ResourceCustomFieldsFromVersion12On) {
-    for (const KVMSPIMPPPropertyList* list : std::span(allLists()).subspan(1)) {
+TEST(KVMSPIMPPPropertyListTest, ResourceCustomFieldsAreTheSameInEveryVersion) {
+    for (const KVMSPIMPPPropertyList* list : allLists()) {
         expectCustomFields(list->resourceCostCustomFields(), "RESOURCE_COST", 10,
                            {{1, 3, 123, 125, 1}, {4, 10, 166, 172, 1}});
         expectCustomFields(list->resourceDateCustomFields(), "RESOURCE_DATE", 10, {{1, 10, 173, 182, 1}});
