@@ -15,6 +15,21 @@ std::filesystem::path corpusDir() {
     return std::filesystem::is_directory(dir / "mpp", ec) ? dir : std::filesystem::path();
 }
 
+namespace {
+
+// N of TVMSP_CORPUS_SAMPLE=N, 1 when it is unset or not above 1.
+long sampleStride() {
+    const char* sample = std::getenv("TVMSP_CORPUS_SAMPLE");
+    const long stride = sample != nullptr ? std::strtol(sample, nullptr, 10) : 1;
+    return std::max(stride, 1L);
+}
+
+} // namespace
+
+long corpusShare(long count) {
+    return count / sampleStride();
+}
+
 std::vector<std::filesystem::path> corpusMppFiles() {
     std::vector<std::filesystem::path> files;
     if (corpusDir().empty()) {
@@ -28,8 +43,7 @@ std::vector<std::filesystem::path> corpusMppFiles() {
         }
     }
     std::sort(files.begin(), files.end());
-    const char* sample = std::getenv("TVMSP_CORPUS_SAMPLE");
-    const long stride = sample != nullptr ? std::strtol(sample, nullptr, 10) : 1;
+    const long stride = sampleStride();
     if (stride > 1) {
         std::vector<std::filesystem::path> sampled;
         for (size_t i = 0; i < files.size(); i += static_cast<size_t>(stride)) {

@@ -10,15 +10,19 @@ namespace testsupport {
 std::filesystem::path corpusDir();
 
 // Skips the running test with a clear message when the corpus folder is absent.
-#define TVMSP_REQUIRE_CORPUS()                                                                         \
-    do {                                                                                               \
-        if (testsupport::corpusDir().empty())                                                          \
-            GTEST_SKIP() << "corpus folder " TVMSP_CORPUS_DIR " is absent; corpus test skipped";       \
+#define TVMSP_REQUIRE_CORPUS()                                                                               \
+    do {                                                                                                     \
+        if (testsupport::corpusDir().empty())                                                                \
+            GTEST_SKIP() << "corpus folder " TVMSP_CORPUS_DIR " is absent; corpus test skipped";             \
     } while (0)
 
 // All MPP files of the corpus, sorted by name. With TVMSP_CORPUS_SAMPLE=N in the environment, every
 // Nth of them only: a slow build (the sanitizer build) walks a spread of the corpus in less time.
 std::vector<std::filesystem::path> corpusMppFiles();
+
+// The share of `count` that the files of corpusMppFiles() reach: `count` itself over the whole corpus,
+// a part of it when only every Nth file is read. Corpus tests state their coverage through it.
+long corpusShare(long count);
 
 // A fresh temporary folder that is removed with the object.
 class TempDir {

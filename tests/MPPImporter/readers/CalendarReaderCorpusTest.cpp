@@ -255,7 +255,7 @@ TEST(CalendarReaderCorpusTest, CorpusCalendarsMatchTheReference) {
         }
     }
     tvSetLogSink(nullptr);
-    EXPECT_GT(calendarCount, 600);
+    EXPECT_GT(calendarCount, testsupport::corpusShare(600));
     const std::string report = differences.report();
     EXPECT_TRUE(report.empty()) << report;
 }

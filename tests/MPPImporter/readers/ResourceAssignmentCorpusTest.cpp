@@ -264,8 +264,8 @@ TEST(ResourceAssignmentCorpusTest, CorpusResourcesAssignmentsAndLinksMatchTheRef
         }
     }
     tvSetLogSink(nullptr);
-    EXPECT_GT(resourcePlans, 300);
-    EXPECT_GT(assignmentPlans, 300);
+    EXPECT_GT(resourcePlans, testsupport::corpusShare(300));
+    EXPECT_GT(assignmentPlans, testsupport::corpusShare(300));
     const std::string report = differences.report();
     EXPECT_TRUE(report.empty()) << report;
 }

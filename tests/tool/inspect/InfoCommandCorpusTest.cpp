@@ -84,7 +84,8 @@ TEST(InfoCommandCorpusTest, EveryCorpusFileIsIdentifiedAsTheIndexSays) {
     TVMSP_REQUIRE_CORPUS();
     const std::map<std::string, IndexRow> index = readIndex();
     const std::vector<std::filesystem::path> files = testsupport::corpusMppFiles();
-    ASSERT_EQ(files.size(), index.size());
+    // Every file is in the index (below), and the files cover the whole index or its sampled share.
+    ASSERT_GE(static_cast<long>(files.size()), testsupport::corpusShare(static_cast<long>(index.size())));
     for (const std::filesystem::path& file : files) {
         const auto row = index.find(file.filename().string());
         ASSERT_NE(row, index.end()) << file;
