@@ -1,11 +1,11 @@
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 
 #include "MPPCommon/support/Log.h"
-#include "MPPCommon/support/MPPStreamLayout.h"
+#include "MPPImporter/format/MPPStreamLayout.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
-#include "MPPImporter/file/MPPMemRead.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPMemRead.h"
 
 #include <algorithm>
 #include <limits>

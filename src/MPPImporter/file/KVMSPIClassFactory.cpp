@@ -8,7 +8,7 @@
 #include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP16PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP9PropertyList.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 #include <array>
 #include <map>

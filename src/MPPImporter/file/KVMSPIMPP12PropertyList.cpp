@@ -1,6 +1,6 @@
 #include "MPPImporter/file/KVMSPIMPP12PropertyList.h"
 
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 KVMSPIMPP12PropertyList::KVMSPIMPP12PropertyList()
     : KVMSPIMPPPropertyList(*mppVersionTables(kMSPDIVersion_2007)) {}

@@ -1,6 +1,6 @@
 #include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
 
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 KVMSPIMPP14PropertyList::KVMSPIMPP14PropertyList()
     : KVMSPIMPPPropertyList(*mppVersionTables(kMSPDIVersion_2010)) {}

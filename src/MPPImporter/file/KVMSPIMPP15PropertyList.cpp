@@ -1,6 +1,6 @@
 #include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
 
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 KVMSPIMPP15PropertyList::KVMSPIMPP15PropertyList()
     : KVMSPIMPP15PropertyList(*mppVersionTables(kMSPDIVersion_2013)) {}

@@ -1,6 +1,6 @@
 #include "MPPImporter/file/KVMSPIMPP16PropertyList.h"
 
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 KVMSPIMPP16PropertyList::KVMSPIMPP16PropertyList()
     : KVMSPIMPP15PropertyList(*mppVersionTables(kMSPDIVersion_2016)) {}

@@ -1,6 +1,6 @@
 #include "MPPImporter/file/KVMSPIMPP9PropertyList.h"
 
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "MPPImporter/file/KVMPPFixedDataReader.h"
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 #include <array>
 #include <utility>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "MPPImporter/file/MPPCustomFieldTables.h"
-#include "MPPImporter/file/MPPDataStreamParams.h"
-#include "MPPImporter/file/MPPPropertyKeyTables.h"
-#include "MPPImporter/file/MPPVersionTables.h"
+#include "MPPImporter/format/MPPCustomFieldTables.h"
+#include "MPPImporter/format/MPPDataStreamParams.h"
+#include "MPPImporter/format/MPPPropertyKeyTables.h"
+#include "MPPImporter/format/MPPVersionTables.h"
 
 #include <array>
 #include <cstdint>

@@ -8,7 +8,7 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/file/KVMPPCompObjReader.h"
 #include "MPPImporter/file/KVMSPIClassFactory.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 KVMSPIMPPVersionReader::KVMSPIMPPVersionReader(std::string mppUrl,
                                                KVMSPIMPPReader::ProjectReaderFactory projectReaderFactory)

@@ -3,7 +3,7 @@
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPCommon/xml/MSPCXMLText.h"
-#include "MPPImporter/file/MPPMemRead.h"
+#include "MPPImporter/format/MPPMemRead.h"
 #include "MPPImporter/text/WindowsCodePage.h"
 
 #include <algorithm>

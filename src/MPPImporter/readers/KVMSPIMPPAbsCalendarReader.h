@@ -2,7 +2,7 @@
 
 #include "MPPCommon/support/TVDate.h"
 #include "MPPCommon/support/TVError.h"
-#include "MPPImporter/readers/MPPWorkingTimeRange.h"
+#include "MPPImporter/format/MPPWorkingTimeRange.h"
 
 #include <cstdint>
 #include <optional>

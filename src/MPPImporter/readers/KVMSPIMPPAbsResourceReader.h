@@ -2,7 +2,7 @@
 
 #include "MPPCommon/support/TVDate.h"
 #include "MPPCommon/support/TVError.h"
-#include "MPPImporter/readers/MPPResourceAvailabilityPeriod.h"
+#include "MPPImporter/format/MPPResourceAvailabilityPeriod.h"
 
 #include <cstdint>
 #include <memory>

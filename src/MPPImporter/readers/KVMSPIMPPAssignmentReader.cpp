@@ -5,7 +5,7 @@
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 #include "MPPImporter/readers/KVMSPISingleAssignmentBaselineReader.h"
 #include "MPPImporter/readers/KVMSPISingleTimephasedDataReader.h"
-#include "MPPImporter/readers/MPPAssignmentPropertyKeys.h"
+#include "MPPImporter/format/MPPAssignmentPropertyKeys.h"
 #include "MPPImporter/readers/MPPTimephasedWorkDecoder.h"
 
 namespace {

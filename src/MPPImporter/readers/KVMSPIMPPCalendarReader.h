@@ -2,7 +2,7 @@
 
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsCalendarReader.h"
-#include "MPPImporter/readers/MPPCalendarDataBlock.h"
+#include "MPPImporter/format/MPPCalendarDataBlock.h"
 
 #include <cstdint>
 #include <memory>

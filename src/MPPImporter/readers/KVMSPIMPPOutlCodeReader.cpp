@@ -2,7 +2,7 @@
 
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
-#include "MPPImporter/readers/MPPLinkPropertyKeys.h"
+#include "MPPImporter/format/MPPLinkPropertyKeys.h"
 
 KVMSPIMPPOutlCodeReader::KVMSPIMPPOutlCodeReader(std::unique_ptr<SSLStorage> directory, std::string name,
                                                  KVMSPIParentReader* parentReader)

@@ -5,7 +5,7 @@
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/file/KVMSPIPropsReader.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/query/frame/KVMSPIXQAdapter.h"
 #include "MPPImporter/query/frame/KVMSPIXQAdapterFactory.h"
 #include "MPPImporter/readers/KVMSPIMPPAssignmentReader.h"

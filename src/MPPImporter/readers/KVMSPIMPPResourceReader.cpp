@@ -10,8 +10,8 @@
 #include "MPPImporter/readers/KVMSPIMPPResourceCustomFieldReader.h"
 #include "MPPImporter/readers/KVMSPISingleExtendedAttribute.h"
 #include "MPPImporter/readers/KVMSPISingleResourceBaselineReader.h"
-#include "MPPImporter/readers/MPPResourceAvailabilityTable.h"
-#include "MPPImporter/readers/MPPResourcePropertyKeys.h"
+#include "MPPImporter/format/MPPResourceAvailabilityTable.h"
+#include "MPPImporter/format/MPPResourcePropertyKeys.h"
 
 #include <algorithm>
 #include <optional>

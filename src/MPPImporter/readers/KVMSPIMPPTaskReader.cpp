@@ -7,12 +7,12 @@
 #include "MPPImporter/file/KVMPPFixedDataReader.h"
 #include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 #include "MPPImporter/readers/KVMSPIMPPTaskCustomFieldReader.h"
 #include "MPPImporter/readers/KVMSPISingleExtendedAttribute.h"
 #include "MPPImporter/readers/KVMSPISingleTaskBaselineReader.h"
-#include "MPPImporter/readers/MPPTaskPropertyKeys.h"
+#include "MPPImporter/format/MPPTaskPropertyKeys.h"
 
 #include <algorithm>
 #include <typeinfo>

@@ -3,7 +3,7 @@
 #include "MPPCommon/support/PosixRegex.h"
 #include "MPPImporter/query/frame/KVMSPIXQAdapter.h"
 #include "MPPImporter/query/frame/KVMSPIXQAdapterFactory.h"
-#include "MPPImporter/readers/MPPCalendarDataBlock.h"
+#include "MPPImporter/format/MPPCalendarDataBlock.h"
 #include "MPPImporter/readers/MPPDefaultCalendarWeek.h"
 
 KVMSPISingleCalendarReader::KVMSPISingleCalendarReader(ForFilter, int32_t uid,

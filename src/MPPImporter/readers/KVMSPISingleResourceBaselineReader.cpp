@@ -2,7 +2,7 @@
 
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/readers/KVMSPIMPPResourceReader.h"
-#include "MPPImporter/readers/MPPResourcePropertyKeys.h"
+#include "MPPImporter/format/MPPResourcePropertyKeys.h"
 
 namespace {
 

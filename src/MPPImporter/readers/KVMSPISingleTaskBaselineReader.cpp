@@ -2,9 +2,9 @@
 
 #include "MPPCommon/date/DateExtensions.h"
 #include "MPPCommon/support/Log.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/readers/KVMSPIMPPTaskReader.h"
-#include "MPPImporter/readers/MPPTaskPropertyKeys.h"
+#include "MPPImporter/format/MPPTaskPropertyKeys.h"
 
 KVMSPISingleTaskBaselineReader::KVMSPISingleTaskBaselineReader(int32_t uid, int32_t baselineNumber,
                                                                KVMSPIMPPTaskReader& reader)

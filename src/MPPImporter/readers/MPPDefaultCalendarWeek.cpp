@@ -1,7 +1,7 @@
 #include "MPPImporter/readers/MPPDefaultCalendarWeek.h"
 
 #include "MPPImporter/file/KVMSPIPropsReader.h"
-#include "MPPImporter/readers/MPPCalendarDataBlock.h"
+#include "MPPImporter/format/MPPCalendarDataBlock.h"
 
 #include <array>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "MPPImporter/readers/MPPCalendarRecord.h"
-#include "MPPImporter/readers/MPPWorkingTimeRange.h"
+#include "MPPImporter/format/MPPCalendarRecord.h"
+#include "MPPImporter/format/MPPWorkingTimeRange.h"
 
 #include <cstdint>
 #include <optional>

@@ -2,7 +2,7 @@
 
 #include "MPPExporter/MPPObjects/KVMSPEScheduleCalendar.h"
 #include "MPPExporter/MPPObjects/ScheduleDateExtensions.h"
-#include "MPPImporter/file/MPPMemRead.h"
+#include "MPPImporter/format/MPPMemRead.h"
 
 namespace {
 

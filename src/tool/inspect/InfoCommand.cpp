@@ -9,7 +9,7 @@
 #include "MPPImporter/file/KVMSPIClassFactory.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/file/KVMSPIMPPVersionReader.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "tool/inspect/PlanOptions.h"
 
 #include <optional>

@@ -1,6 +1,6 @@
 #include "MPPImporter/file/KVMPPFixedDataReader.h"
 
-#include "MPPCommon/support/MPPStreamLayout.h"
+#include "MPPImporter/format/MPPStreamLayout.h"
 #include "MPPCommon/support/TVException.h"
 #include "StreamFileFixture.h"
 

@@ -2,7 +2,7 @@
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPCommon/storage/SSLStream.h"
 #include "MPPImporter/file/KVMSPIPropsReader.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/text/WindowsCodePage.h"
 #include "support/TestSupport.h"
 

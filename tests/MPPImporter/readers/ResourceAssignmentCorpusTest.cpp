@@ -2,7 +2,7 @@
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/readers/KVMSPIMPPAssignmentReader.h"
 #include "MPPImporter/readers/KVMSPIMPPConstraintReader.h"
 #include "MPPImporter/readers/KVMSPIMPPProjectReader.h"

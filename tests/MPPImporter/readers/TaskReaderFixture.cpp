@@ -1,7 +1,7 @@
 #include "TaskReaderFixture.h"
 
 #include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/file/StreamFileFixture.h"
 #include "MPPImporter/readers/KVMSPIMPPProjectReader.h"
 #include "MPPImporter/readers/KVMSPIMPPTaskReader.h"

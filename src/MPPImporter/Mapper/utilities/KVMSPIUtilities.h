@@ -3,7 +3,7 @@
 #include "MPPCommon/date/MSPCDateComponents.h"
 #include "MPPCommon/date/TVCalendar.h"
 #include "MPPCommon/support/TVFileURL.h"
-#include "MPPImporter/file/MPPDataStreamParams.h"
+#include "MPPImporter/format/MPPDataStreamParams.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MPPImporter/file/MPPDataStreamParams.h"
+#include "MPPImporter/format/MPPDataStreamParams.h"
 
 #include <array>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "MPPImporter/file/MPPMemRead.h"
+#include "MPPImporter/format/MPPMemRead.h"
 
 #include "MPPCommon/support/TVException.h"
 

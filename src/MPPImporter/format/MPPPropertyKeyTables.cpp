@@ -1,4 +1,4 @@
-#include "MPPImporter/file/MPPPropertyKeyTables.h"
+#include "MPPImporter/format/MPPPropertyKeyTables.h"
 
 #include <array>
 #include <span>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "MPPCommon/support/TVDate.h"
-#include "MPPImporter/readers/MPPWorkingTimeRange.h"
+#include "MPPImporter/format/MPPWorkingTimeRange.h"
 
 #include <cstdint>
 #include <optional>

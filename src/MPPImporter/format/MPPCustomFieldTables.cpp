@@ -1,6 +1,6 @@
-#include "MPPImporter/file/MPPCustomFieldTables.h"
+#include "MPPImporter/format/MPPCustomFieldTables.h"
 
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 #include <array>
 #include <string>

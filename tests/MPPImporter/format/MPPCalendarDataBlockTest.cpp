@@ -1,4 +1,4 @@
-#include "MPPImporter/readers/MPPCalendarDataBlock.h"
+#include "MPPImporter/format/MPPCalendarDataBlock.h"
 
 #include "MPPCommon/support/TVDate.h"
 #include "MPPImporter/file/KVMSPIMPP14PropertyList.h"

@@ -1,4 +1,4 @@
-#include "MPPImporter/readers/MPPResourceAvailabilityTable.h"
+#include "MPPImporter/format/MPPResourceAvailabilityTable.h"
 
 #include "MPPCommon/support/TVDate.h"
 

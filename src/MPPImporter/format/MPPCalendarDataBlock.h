@@ -1,8 +1,8 @@
 #pragma once
 
 #include "MPPCommon/support/TVDate.h"
-#include "MPPImporter/readers/MPPCalendarRecord.h"
-#include "MPPImporter/readers/MPPWorkingTimeRange.h"
+#include "MPPImporter/format/MPPCalendarRecord.h"
+#include "MPPImporter/format/MPPWorkingTimeRange.h"
 
 #include <cstdint>
 #include <optional>

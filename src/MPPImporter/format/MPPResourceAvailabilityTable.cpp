@@ -1,6 +1,6 @@
-#include "MPPImporter/readers/MPPResourceAvailabilityTable.h"
+#include "MPPImporter/format/MPPResourceAvailabilityTable.h"
 
-#include "MPPImporter/file/MPPMemRead.h"
+#include "MPPImporter/format/MPPMemRead.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
-#include "MPPImporter/readers/MPPCalendarDataBlock.h"
+#include "MPPImporter/format/MPPCalendarDataBlock.h"
 
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "MPPImporter/file/MPPVersionTables.h"
+#include "MPPImporter/format/MPPVersionTables.h"
 
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 namespace {
 

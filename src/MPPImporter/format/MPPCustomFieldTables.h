@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MPPImporter/file/MPPCustomFieldRecord.h"
+#include "MPPImporter/format/MPPCustomFieldRecord.h"
 
 #include <cstdint>
 #include <span>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MPPImporter/readers/MPPResourceAvailabilityPeriod.h"
+#include "MPPImporter/format/MPPResourceAvailabilityPeriod.h"
 
 #include <cstddef>
 #include <cstdint>

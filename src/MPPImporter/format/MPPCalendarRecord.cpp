@@ -1,6 +1,6 @@
-#include "MPPImporter/readers/MPPCalendarRecord.h"
+#include "MPPImporter/format/MPPCalendarRecord.h"
 
-#include "MPPImporter/file/MPPMemRead.h"
+#include "MPPImporter/format/MPPMemRead.h"
 
 namespace {
 
