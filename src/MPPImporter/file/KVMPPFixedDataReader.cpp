@@ -1,12 +1,12 @@
 #include "MPPImporter/file/KVMPPFixedDataReader.h"
 
 #include "MPPCommon/support/Log.h"
-#include "MPPImporter/format/MPPStreamLayout.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
 #include "MPPImporter/file/KVMSPIOLE2StreamError.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/format/MPPMemRead.h"
+#include "MPPImporter/format/MPPStreamLayout.h"
 
 #include <algorithm>
 

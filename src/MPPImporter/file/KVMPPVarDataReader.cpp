@@ -1,11 +1,12 @@
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 
 #include "MPPCommon/support/Log.h"
-#include "MPPImporter/format/MPPStreamLayout.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
+#include "MPPImporter/file/MPPMemReadUnicode.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/format/MPPMemRead.h"
+#include "MPPImporter/format/MPPStreamLayout.h"
 
 #include <algorithm>
 #include <limits>

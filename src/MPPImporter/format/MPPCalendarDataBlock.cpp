@@ -1,7 +1,8 @@
 #include "MPPImporter/format/MPPCalendarDataBlock.h"
 
-#include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPPropertyKeyTables.h"
+#include "MPPImporter/format/MPPVersionTables.h"
 
 #include <algorithm>
 
@@ -46,19 +47,18 @@ enum RecurrenceType : int32_t {
 
 } // namespace
 
-MPPCalendarDataBlock::Layout
-MPPCalendarDataBlock::Layout::forPropertyList(const KVMSPIMPPPropertyList& propertyList) {
+MPPCalendarDataBlock::Layout MPPCalendarDataBlock::Layout::forVersion(const MPPVersionTables& tables) {
+    const auto offset = [&tables](int32_t key) { return mppPropertyOffset(tables.keyColumn, key); };
     Layout layout;
-    layout.version = propertyList.mppVersion();
-    layout.weekDaysDataSize =
-        static_cast<int32_t>(propertyList.propertyOffset(kWeekDaysDataSizeKey).value_or(0));
-    layout.weekDayWorkingTimesOffset = propertyList.calendarWeekDayWorkingTimesOffset();
-    layout.exceptionBlockSize = propertyList.propertyOffset(kExceptionBlockSizeKey).value_or(0);
-    layout.exceptionExtraSizeOffset = propertyList.propertyOffset(kExceptionExtraSizeKey);
-    layout.hasExceptionList = propertyList.propertyOffset(kExceptionListKey).has_value();
-    layout.rangeCountOffset = propertyList.propertyOffset(kExceptionRangeCountKey);
-    layout.rangeStartsOffset = propertyList.propertyOffset(kExceptionRangeStartsKey);
-    layout.rangeLengthsOffset = propertyList.propertyOffset(kExceptionRangeLengthsKey);
+    layout.version = tables.mppVersion;
+    layout.weekDaysDataSize = static_cast<int32_t>(offset(kWeekDaysDataSizeKey).value_or(0));
+    layout.weekDayWorkingTimesOffset = tables.calendarWeekDayWorkingTimesOffset;
+    layout.exceptionBlockSize = offset(kExceptionBlockSizeKey).value_or(0);
+    layout.exceptionExtraSizeOffset = offset(kExceptionExtraSizeKey);
+    layout.hasExceptionList = offset(kExceptionListKey).has_value();
+    layout.rangeCountOffset = offset(kExceptionRangeCountKey);
+    layout.rangeStartsOffset = offset(kExceptionRangeStartsKey);
+    layout.rangeLengthsOffset = offset(kExceptionRangeLengthsKey);
     return layout;
 }
 

@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-class KVMSPIMPPPropertyList;
+struct MPPVersionTables;
 
 // The calendar data block of one calendar, as its variable data holds it: seven day records of 60
 // bytes (Sunday first), then the exception count and the exception records. Before format 12 the
@@ -36,7 +36,7 @@ public:
         std::optional<uint32_t> rangeStartsOffset;
         std::optional<uint32_t> rangeLengthsOffset;
 
-        static Layout forPropertyList(const KVMSPIMPPPropertyList& propertyList);
+        static Layout forVersion(const MPPVersionTables& tables);
     };
 
     // The head of an exception: its recurrence type, occurrence count and first and last dates, each

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 
 // Decoders of the values of MPP streams. Each reads at `bytes + offset`; the caller has checked that
 // the bytes are there. All numbers are little-endian.
@@ -37,11 +36,6 @@ std::optional<TVDate> memReadDate(const uint8_t* bytes, int32_t offset);
 
 // A time word (tenths of a minute) followed by a day word; either one 0xFFFF is no date.
 std::optional<TVDate> memReadTimestamp(const uint8_t* bytes, int32_t offset);
-
-// Appends the text of the bytes from `start` to `end` to `text`: the plain text if they hold an RTF
-// document, otherwise the UTF-16 string at `start` up to its NUL (or `end`). Returns the number of
-// UTF-16 units appended.
-int32_t memReadUnicode(std::string& text, const uint8_t* bytes, int32_t start, int32_t end);
 
 // One value at a pointer, as stored.
 uint8_t LE_GET_UINT8(const uint8_t* bytes);

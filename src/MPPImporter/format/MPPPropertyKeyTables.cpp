@@ -273,6 +273,16 @@ MPPPropertyTable tableForColumn(std::span<const KeyRow> rows, int keyColumn) {
     return table;
 }
 
+std::optional<uint32_t> valueForColumn(std::span<const KeyRow> rows, int keyColumn, int32_t key) {
+    for (const KeyRow& row : rows) {
+        if (row.key == key) {
+            const int64_t value = row.values.at(static_cast<size_t>(keyColumn));
+            return value != kAbsent ? std::optional<uint32_t>(static_cast<uint32_t>(value)) : std::nullopt;
+        }
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 MPPPropertyTable mppPropertyIDTable(int keyColumn) {
@@ -281,4 +291,12 @@ MPPPropertyTable mppPropertyIDTable(int keyColumn) {
 
 MPPPropertyTable mppPropertyOffsetTable(int keyColumn) {
     return tableForColumn(kPropertyOffsetRows, keyColumn);
+}
+
+std::optional<uint32_t> mppPropertyID(int keyColumn, int32_t key) {
+    return valueForColumn(kPropertyIDRows, keyColumn, key);
+}
+
+std::optional<uint32_t> mppPropertyOffset(int keyColumn, int32_t key) {
+    return valueForColumn(kPropertyOffsetRows, keyColumn, key);
 }

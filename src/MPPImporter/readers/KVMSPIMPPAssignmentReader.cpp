@@ -2,10 +2,10 @@
 
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPCommon/support/Log.h"
+#include "MPPImporter/format/MPPAssignmentPropertyKeys.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 #include "MPPImporter/readers/KVMSPISingleAssignmentBaselineReader.h"
 #include "MPPImporter/readers/KVMSPISingleTimephasedDataReader.h"
-#include "MPPImporter/format/MPPAssignmentPropertyKeys.h"
 #include "MPPImporter/readers/MPPTimephasedWorkDecoder.h"
 
 namespace {

@@ -7,6 +7,7 @@
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/file/KVMSPIPropsReader.h"
+#include "MPPImporter/format/MPPVersionTables.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 #include "MPPImporter/readers/MPPDefaultCalendarWeek.h"
 #include "MPPImporter/readers/MPPObjectFieldReads.h"
@@ -31,7 +32,7 @@ constexpr int16_t kDayHeldInRecord = 0;
 KVMSPIMPPCalendarReader::KVMSPIMPPCalendarReader(std::unique_ptr<SSLStorage> directory, std::string name,
                                                  KVMSPIParentReader* parentReader)
     : KVMSPIMPPDataDirectoryReader(std::move(directory), std::move(name), parentReader),
-      _layout(MPPCalendarDataBlock::Layout::forPropertyList(MPPPropertyList())) {
+      _layout(MPPCalendarDataBlock::Layout::forVersion(*mppVersionTables(MPPPropertyList().mppVersion()))) {
     loadDefaultWeekBlock(parentReader);
     const auto calendarData = MPPPropertyList().propertyID(kCalendarDataKey);
     _propCalendarData = calendarData ? static_cast<int32_t>(*calendarData) : kNone;

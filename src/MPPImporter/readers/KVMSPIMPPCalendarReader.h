@@ -1,8 +1,8 @@
 #pragma once
 
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
-#include "MPPImporter/readers/KVMSPIMPPAbsCalendarReader.h"
 #include "MPPImporter/format/MPPCalendarDataBlock.h"
+#include "MPPImporter/readers/KVMSPIMPPAbsCalendarReader.h"
 
 #include <cstdint>
 #include <memory>

@@ -2,9 +2,9 @@
 
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
+#include "MPPImporter/format/MPPLinkPropertyKeys.h"
 #include "MPPImporter/format/MPPMemRead.h"
 #include "MPPImporter/readers/KVMSPISinglePredecessorLinkReader.h"
-#include "MPPImporter/format/MPPLinkPropertyKeys.h"
 
 namespace {
 

@@ -6,12 +6,12 @@
 #include "MPPImporter/file/KVMPPFixedDataReader.h"
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
+#include "MPPImporter/format/MPPResourceAvailabilityTable.h"
+#include "MPPImporter/format/MPPResourcePropertyKeys.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 #include "MPPImporter/readers/KVMSPIMPPResourceCustomFieldReader.h"
 #include "MPPImporter/readers/KVMSPISingleExtendedAttribute.h"
 #include "MPPImporter/readers/KVMSPISingleResourceBaselineReader.h"
-#include "MPPImporter/format/MPPResourceAvailabilityTable.h"
-#include "MPPImporter/format/MPPResourcePropertyKeys.h"
 
 #include <algorithm>
 #include <optional>

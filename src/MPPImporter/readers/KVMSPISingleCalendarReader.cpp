@@ -1,9 +1,9 @@
 #include "MPPImporter/readers/KVMSPISingleCalendarReader.h"
 
 #include "MPPCommon/support/PosixRegex.h"
+#include "MPPImporter/format/MPPCalendarDataBlock.h"
 #include "MPPImporter/query/frame/KVMSPIXQAdapter.h"
 #include "MPPImporter/query/frame/KVMSPIXQAdapterFactory.h"
-#include "MPPImporter/format/MPPCalendarDataBlock.h"
 #include "MPPImporter/readers/MPPDefaultCalendarWeek.h"
 
 KVMSPISingleCalendarReader::KVMSPISingleCalendarReader(ForFilter, int32_t uid,

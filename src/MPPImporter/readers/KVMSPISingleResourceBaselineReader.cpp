@@ -1,8 +1,8 @@
 #include "MPPImporter/readers/KVMSPISingleResourceBaselineReader.h"
 
 #include "MPPImporter/file/KVMPPVarDataReader.h"
-#include "MPPImporter/readers/KVMSPIMPPResourceReader.h"
 #include "MPPImporter/format/MPPResourcePropertyKeys.h"
+#include "MPPImporter/readers/KVMSPIMPPResourceReader.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include "MPPCommon/date/DateExtensions.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
-#include "MPPImporter/readers/KVMSPIMPPTaskReader.h"
 #include "MPPImporter/format/MPPTaskPropertyKeys.h"
+#include "MPPImporter/readers/KVMSPIMPPTaskReader.h"
 
 KVMSPISingleTaskBaselineReader::KVMSPISingleTaskBaselineReader(int32_t uid, int32_t baselineNumber,
                                                                KVMSPIMPPTaskReader& reader)

@@ -2,12 +2,12 @@
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPCommon/storage/SSLStream.h"
 #include "MPPCommon/support/Log.h"
-#include "MPPImporter/format/MPPStreamLayout.h"
 #include "MPPImporter/file/KVMPPFixedDataReader.h"
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/file/KVMSPIMPPVersionReader.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPStreamLayout.h"
 #include "StreamFileFixture.h"
 #include "support/TestSupport.h"
 

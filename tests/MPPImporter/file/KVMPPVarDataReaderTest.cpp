@@ -1,7 +1,7 @@
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 
-#include "MPPImporter/format/MPPStreamLayout.h"
 #include "MPPCommon/support/TVException.h"
+#include "MPPImporter/format/MPPStreamLayout.h"
 #include "StreamFileFixture.h"
 
 #include <gmock/gmock.h>

@@ -1,8 +1,7 @@
 #include "MPPImporter/format/MPPCalendarDataBlock.h"
 
 #include "MPPCommon/support/TVDate.h"
-#include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
-#include "MPPImporter/file/KVMSPIMPP9PropertyList.h"
+#include "MPPImporter/format/MPPVersionTables.h"
 
 #include <gtest/gtest.h>
 
@@ -45,11 +44,11 @@ TVDate mppDay(int32_t days) {
 }
 
 MPPCalendarDataBlock::Layout layout14() {
-    return MPPCalendarDataBlock::Layout::forPropertyList(KVMSPIMPP14PropertyList::shared());
+    return MPPCalendarDataBlock::Layout::forVersion(*mppVersionTables(14));
 }
 
 MPPCalendarDataBlock::Layout layout9() {
-    return MPPCalendarDataBlock::Layout::forPropertyList(KVMSPIMPP9PropertyList::shared());
+    return MPPCalendarDataBlock::Layout::forVersion(*mppVersionTables(9));
 }
 
 // A format 14 block with the given exception records (each at least the fixed size) after the

@@ -1,8 +1,8 @@
 #include "TaskReaderFixture.h"
 
 #include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
-#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/file/StreamFileFixture.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/readers/KVMSPIMPPProjectReader.h"
 #include "MPPImporter/readers/KVMSPIMPPTaskReader.h"
 

@@ -1,0 +1,286 @@
+#include "MPPImporter/format/MPPFieldCatalog.h"
+
+#include "MPPCommon/support/TVException.h"
+#include "MPPImporter/format/MPPAssignmentPropertyKeys.h"
+#include "MPPImporter/format/MPPPropertyKeyTables.h"
+#include "MPPImporter/format/MPPResourcePropertyKeys.h"
+#include "MPPImporter/format/MPPTaskPropertyKeys.h"
+#include "MPPImporter/format/MPPVersionTables.h"
+
+#include <algorithm>
+
+namespace {
+
+using enum MPPFieldBlock;
+using enum MPPFieldCodec;
+
+constexpr int32_t kEstimatedCodes[] = {39};
+constexpr int32_t kMilestoneCodes[] = {0x63};
+// Application 15 marks a task that is not manual with this byte value.
+constexpr int32_t kNotManualCodesOf15[] = {127};
+constexpr int32_t kBaselineMarks = 11;
+
+constexpr MPPFieldTest bits(uint16_t mask) {
+    return {.mask = mask};
+}
+
+constexpr MPPFieldRow kRows[] = {
+    {MPPField::taskTotalCost, "taskTotalCost", kAllLayouts, fixed, kTaskTotalCostKey, hundredths},
+    {MPPField::taskActualCost, "taskActualCost", kAllLayouts, fixed, kTaskActualCostKey, hundredths},
+    {MPPField::taskRemainingCost, "taskRemainingCost", kAllLayouts, fixed, kTaskRemainingCostKey, hundredths},
+    {MPPField::taskActualWork, "taskActualWork", kAllLayouts, fixed, kTaskActualWorkKey, work},
+    {MPPField::taskRemainingWork, "taskRemainingWork", kAllLayouts, fixed, kTaskRemainingWorkKey, work},
+    {MPPField::taskConstraintDate, "taskConstraintDate", kAllLayouts, fixed, kTaskConstraintDateKey,
+     timestamp},
+    {MPPField::taskConstraintType, "taskConstraintType", kAllLayouts, fixed, kTaskConstraintTypeKey, int16},
+    {MPPField::taskDuration, "taskDuration", kAllLayouts, fixed, kTaskDurationKey, duration},
+    {MPPField::taskEarlyFinish, "taskEarlyFinish", kAllLayouts, fixed, kTaskEarlyFinishKey, timestamp},
+    {MPPField::taskEarlyStart, "taskEarlyStart", kAllLayouts, fixed, kTaskEarlyStartKey, timestamp},
+    {MPPField::taskStart, "taskStart", kAllLayouts, fixed, kTaskStartKey, timestamp},
+    {MPPField::taskFinish, "taskFinish", kAllLayouts, fixed, kTaskFinishKey, timestamp},
+    {MPPField::taskLateStart, "taskLateStart", kAllLayouts, fixed, kTaskLateStartKey, timestamp},
+    {MPPField::taskLateFinish, "taskLateFinish", kAllLayouts, fixed, kTaskLateFinishKey, timestamp},
+    {MPPField::taskActualStart, "taskActualStart", kAllLayouts, fixed, kTaskActualStartKey, timestamp},
+    {MPPField::taskActualFinish, "taskActualFinish", kAllLayouts, fixed, kTaskActualFinishKey, timestamp},
+    {MPPField::taskScheduledStart, "taskScheduledStart", kAllLayouts, fixed, kTaskScheduledStartKey,
+     timestamp},
+    {MPPField::taskScheduledFinish, "taskScheduledFinish", kAllLayouts, fixed, kTaskScheduledFinishKey,
+     timestamp},
+    {MPPField::taskEstimated,
+     "taskEstimated",
+     kAllLayouts,
+     fixed,
+     kTaskEstimatedKey,
+     flag,
+     {.codes = kEstimatedCodes, .wide = true}},
+    {MPPField::taskFixedCost, "taskFixedCost", kAllLayouts, fixed, kTaskFixedCostKey, hundredths},
+    {MPPField::taskFixedCostAccrual, "taskFixedCostAccrual", kAllLayouts, fixed, kTaskFixedCostAccrualKey,
+     int16},
+    {MPPField::taskID, "taskID", kAllLayouts, fixed, kTaskIDKey, int32},
+    {MPPField::taskOleLink, "taskOleLink", kAllLayouts, fixed, kTaskOleLinkKey, ubyte},
+    {MPPField::taskOutlineLevel, "taskOutlineLevel", kAllLayouts, fixed, kTaskOutlineLevelKey, int16},
+    {MPPField::taskParentUID, "taskParentUID", kAllLayouts, fixed, kTaskParentUIDKey, int32},
+    {MPPField::taskPercentComplete, "taskPercentComplete", kAllLayouts, fixed, kTaskPercentCompleteKey,
+     int16},
+    {MPPField::taskPercentWorkComplete, "taskPercentWorkComplete", kAllLayouts, fixed,
+     kTaskPercentWorkCompleteKey, int16},
+    {MPPField::taskPriority, "taskPriority", kAllLayouts, fixed, kTaskPriorityKey, int16},
+    {MPPField::taskType, "taskType", kAllLayouts, fixed, kTaskTypeKey, int16},
+    {MPPField::taskWork, "taskWork", kAllLayouts, fixed, kTaskWorkKey, work},
+    {MPPField::taskName, "taskName", kAllLayouts, var, kTaskNameKey, text},
+    {MPPField::taskNotes, "taskNotes", kAllLayouts, var, kTaskNotesKey, text},
+    {MPPField::taskPinnedDuration, "taskPinnedDuration", kAllLayouts, var, kTaskPinnedDurationKey, text},
+    {MPPField::taskPinnedFinish, "taskPinnedFinish", kAllLayouts, var, kTaskPinnedFinishKey, text},
+    {MPPField::taskPinnedStart, "taskPinnedStart", kAllLayouts, var, kTaskPinnedStartKey, text},
+    {MPPField::taskPreLeveledFinish, "taskPreLeveledFinish", kAllLayouts, var, kTaskPreLeveledFinishKey,
+     timestamp},
+    {MPPField::taskPreLeveledStart, "taskPreLeveledStart", kAllLayouts, var, kTaskPreLeveledStartKey,
+     timestamp},
+    {MPPField::taskEffortDriven, "taskEffortDriven", kAllLayouts, fixedMeta, kTaskEffortDrivenKey, flag,
+     bits(0x10)},
+    // From format 12 on a milestone carries one whole byte value; format 9 has a bit.
+    {MPPField::taskMilestone,
+     "taskMilestone",
+     {12, 14, 15, 16},
+     fixedMeta,
+     kTaskMilestoneKey,
+     flag,
+     {.codes = kMilestoneCodes}},
+    {MPPField::taskMilestone, "taskMilestone", {9}, fixedMeta, kTaskMilestoneKey, flag, bits(0x02)},
+    {MPPField::taskExpanded, "taskExpanded", kAllLayouts, fixedMeta, kTaskExpandedKey, flag, bits(0x02)},
+    {MPPField::taskHammockMark, "taskHammockMark", kAllLayouts, fixedMeta, kTaskHammockMarkKey, ubyte},
+    {MPPField::taskHammockSide, "taskHammockSide", kAllLayouts, fixedMeta, kTaskHammockSideKey, ubyte},
+    {MPPField::taskManual, "taskManual", {9, 12, 14, 16}, fixed2, kTaskManualKey, flag, bits(0x08)},
+    {MPPField::taskManual,
+     "taskManual",
+     {15},
+     fixed2,
+     kTaskManualKey,
+     flag,
+     {.codes = kNotManualCodesOf15, .negated = true}},
+    // The mark of baseline n (0 to 10) is member n of the group.
+    {MPPField::taskHasBaseline, "taskHasBaseline", kAllLayouts, fixed2, kTaskHasBaselineBaseKey, flag,
+     bits(0xFF), kBaselineMarks},
+
+    // Resource cost and rates are read as stored; units in hundredths.
+    {MPPField::resourceCost, "resourceCost", kAllLayouts, fixed, kResourceCostKey, float64},
+    {MPPField::resourceWork, "resourceWork", kAllLayouts, fixed, kResourceWorkKey, work},
+    {MPPField::resourceCostPerUse, "resourceCostPerUse", kAllLayouts, fixed, kResourceCostPerUseKey, float64},
+    {MPPField::resourceID, "resourceID", kAllLayouts, fixed, kResourceIDKey, int32},
+    {MPPField::resourceMaxUnits, "resourceMaxUnits", kAllLayouts, fixed, kResourceMaxUnitsKey, hundredths},
+    {MPPField::resourceStandardRate, "resourceStandardRate", kAllLayouts, fixed, kResourceStandardRateKey,
+     float64},
+    {MPPField::resourceType, "resourceType", kAllLayouts, fixed, kResourceTypeKey, int16},
+    {MPPField::resourceUID, "resourceUID", kAllLayouts, fixed, kResourceUIDKey, int32},
+    {MPPField::resourceAvailableFrom, "resourceAvailableFrom", kAllLayouts, fixed, kResourceAvailableFromKey,
+     timestamp},
+    {MPPField::resourceAvailableTo, "resourceAvailableTo", kAllLayouts, fixed, kResourceAvailableToKey,
+     timestamp},
+    {MPPField::resourceEmailAddress, "resourceEmailAddress", kAllLayouts, var, kResourceEmailAddressKey,
+     text},
+    {MPPField::resourceName, "resourceName", kAllLayouts, var, kResourceNameKey, text},
+    {MPPField::resourceNotes, "resourceNotes", kAllLayouts, var, kResourceNotesKey, text},
+    {MPPField::resourceAvailability, "resourceAvailability", kAllLayouts, var, kResourceAvailabilityKey,
+     bytes},
+
+    // Assignment work is kept as stored (thousandths of a minute): its reader hands on seconds.
+    {MPPField::assignmentFinish, "assignmentFinish", kAllLayouts, fixed, kAssignmentFinishKey, timestamp},
+    {MPPField::assignmentResourceUID, "assignmentResourceUID", kAllLayouts, fixed, kAssignmentResourceUIDKey,
+     int32},
+    {MPPField::assignmentStart, "assignmentStart", kAllLayouts, fixed, kAssignmentStartKey, timestamp},
+    {MPPField::assignmentTaskUID, "assignmentTaskUID", kAllLayouts, fixed, kAssignmentTaskUIDKey, int32},
+    {MPPField::assignmentUnits, "assignmentUnits", kAllLayouts, fixed, kAssignmentUnitsKey, hundredths},
+    {MPPField::assignmentWork, "assignmentWork", kAllLayouts, fixed, kAssignmentWorkKey, float64},
+    {MPPField::assignmentActualWork, "assignmentActualWork", kAllLayouts, fixed, kAssignmentActualWorkKey,
+     float64},
+    {MPPField::assignmentRemainingWork, "assignmentRemainingWork", kAllLayouts, fixed,
+     kAssignmentRemainingWorkKey, float64},
+    {MPPField::assignmentCost, "assignmentCost", kAllLayouts, fixed, kAssignmentCostKey, hundredths},
+    {MPPField::assignmentTimephasedWork, "assignmentTimephasedWork", kAllLayouts, var,
+     kAssignmentTimephasedWorkKey, bytes},
+};
+
+int64_t flagValue(const MPPFieldTest& test, MPPConstBytes data) {
+    return test.wide ? decodeMPPNumber<int16_t>(data) : decodeMPPNumber<uint8_t>(data);
+}
+
+bool flagAnswer(const MPPFieldTest& test, int64_t value) {
+    const bool set = test.mask != 0
+                         ? (value & test.mask) != 0
+                         : std::find(test.codes.begin(), test.codes.end(), value) != test.codes.end();
+    return set != test.negated;
+}
+
+// The stored value of a flag: its bits set or cleared in `current`, or the first code for a set flag
+// and 0, which no code table holds, for a clear one.
+int64_t storedFlag(const MPPFieldTest& test, bool value, int64_t current) {
+    const bool set = value != test.negated;
+    if (test.mask != 0) {
+        return set ? (current | test.mask) : (current & ~int64_t{test.mask});
+    }
+    return set ? test.codes.front() : 0;
+}
+
+template <typename Value>
+const Value& held(const MPPFieldValue& value, const MPPFieldRow& row) {
+    const Value* held = std::get_if<Value>(&value);
+    tvAssert(held != nullptr, std::string("Value of the wrong kind for field ") + row.name + ".");
+    return *held;
+}
+
+} // namespace
+
+std::span<const MPPFieldRow> mppFieldCatalog() {
+    return kRows;
+}
+
+std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t index) {
+    const MPPVersionTables* tables = mppVersionTables(version);
+    if (tables == nullptr) {
+        return std::nullopt;
+    }
+    for (const MPPFieldRow& row : kRows) {
+        if (row.field != field || !row.layouts.contains(version)) {
+            continue;
+        }
+        if (index < 0 || index >= row.count) {
+            return std::nullopt;
+        }
+        const int32_t key = row.key + index;
+        const auto position = row.block == var ? mppPropertyID(tables->keyColumn, key)
+                                               : mppPropertyOffset(tables->keyColumn, key);
+        if (!position) {
+            return std::nullopt;
+        }
+        return MPPFieldPlace{&row, *position};
+    }
+    return std::nullopt;
+}
+
+size_t mppFieldSize(const MPPFieldRow& row) {
+    switch (row.codec) {
+    case ubyte:
+        return 1;
+    case int16:
+        return 2;
+    case int32:
+        return 4;
+    case float64:
+        return 8;
+    case timestamp:
+        return kMPPTimestampSize;
+    case duration:
+        return kMPPDurationSize;
+    case work:
+        return kMPPWorkSize;
+    case hundredths:
+        return kMPPHundredthsSize;
+    case flag:
+        return row.test.wide ? 2 : 1;
+    case text:
+    case bytes:
+        break;
+    }
+    return 0;
+}
+
+MPPFieldValue decodeMPPField(const MPPFieldRow& row, MPPConstBytes data) {
+    switch (row.codec) {
+    case ubyte:
+        return int64_t{decodeMPPNumber<uint8_t>(data)};
+    case int16:
+        return int64_t{decodeMPPNumber<int16_t>(data)};
+    case int32:
+        return int64_t{decodeMPPNumber<int32_t>(data)};
+    case float64:
+        return decodeMPPNumber<double>(data);
+    case timestamp:
+        return decodeMPPTimestamp(data);
+    case duration:
+        return int64_t{decodeMPPDuration(data)};
+    case work:
+        return int64_t{decodeMPPWork(data)};
+    case hundredths:
+        return decodeMPPHundredths(data);
+    case flag:
+        return flagAnswer(row.test, flagValue(row.test, data));
+    case text:
+        return decodeMPPText(data);
+    case bytes:
+        return std::vector<uint8_t>(data.begin(), data.end());
+    }
+    return false;
+}
+
+void encodeMPPField(const MPPFieldRow& row, const MPPFieldValue& value, MPPMutableBytes data) {
+    switch (row.codec) {
+    case ubyte:
+        return encodeMPPNumber(static_cast<uint8_t>(held<int64_t>(value, row)), data);
+    case int16:
+        return encodeMPPNumber(static_cast<int16_t>(held<int64_t>(value, row)), data);
+    case int32:
+        return encodeMPPNumber(static_cast<int32_t>(held<int64_t>(value, row)), data);
+    case float64:
+        return encodeMPPNumber(held<double>(value, row), data);
+    case timestamp:
+        return encodeMPPTimestamp(held<std::optional<TVDate>>(value, row), data);
+    case duration:
+        return encodeMPPDuration(held<int64_t>(value, row), data);
+    case work:
+        return encodeMPPWork(held<int64_t>(value, row), data);
+    case hundredths:
+        return encodeMPPHundredths(held<double>(value, row), data);
+    case flag: {
+        const int64_t stored = storedFlag(row.test, held<bool>(value, row), flagValue(row.test, data));
+        return row.test.wide ? encodeMPPNumber(static_cast<int16_t>(stored), data)
+                             : encodeMPPNumber(static_cast<uint8_t>(stored), data);
+    }
+    case text:
+        return encodeMPPText(held<std::u16string>(value, row), data);
+    case bytes: {
+        const auto& block = held<std::vector<uint8_t>>(value, row);
+        std::copy(block.begin(), block.end(), data.begin());
+        return;
+    }
+    }
+}

@@ -1,0 +1,185 @@
+#pragma once
+
+#include "MPPCommon/support/TVDate.h"
+#include "MPPImporter/format/MPPValueCodecs.h"
+
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <span>
+#include <string>
+#include <variant>
+#include <vector>
+
+// The field catalogue: one row per field of an object kind, telling in which block of the object its
+// value lies, under which property key (whose offset or property number per layout the key tables
+// give), and how the value is coded. Readers read a field by its row and the writers will write it by
+// the same row; a field is added by adding a row. Where layouts differ in block or coding, the field
+// has one row per group of layouts.
+
+// The block of an object that holds a field.
+enum class MPPFieldBlock : uint8_t {
+    fixed,      // the fixed data item, at the key's offset
+    fixedMeta,  // the fixed meta item, at the key's offset
+    fixed2,     // the second fixed data item ("Fixed2Data")
+    fixed2Meta, // the second fixed meta item ("Fixed2Meta")
+    var,        // the variable data block under the key's property number, from its start
+};
+
+// How a field's bytes become its value.
+enum class MPPFieldCodec : uint8_t {
+    ubyte,      // unsigned 8-bit
+    int16,      // signed 16-bit
+    int32,      // signed 32-bit
+    float64,    // IEEE double as stored
+    timestamp,  // date and time (decodeMPPTimestamp)
+    duration,   // tenths of a minute, as microseconds (decodeMPPDuration)
+    work,       // thousandths of a minute, as microseconds (decodeMPPWork)
+    hundredths, // money and units (decodeMPPHundredths)
+    flag,       // a yes-or-no answer of a byte or word (MPPFieldTest)
+    text,       // UTF-16 text (decodeMPPText); variable data only
+    bytes,      // the whole block; variable data only
+};
+
+// The test of a flag: set when (value & mask) != 0, or, without a mask, when the value is one of
+// `codes`; `negated` turns the answer round. The value is a byte, or a 16-bit word when `wide`.
+struct MPPFieldTest {
+    uint16_t mask = 0;
+    std::span<const int32_t> codes;
+    bool negated = false;
+    bool wide = false;
+};
+
+// A set of layouts: the format version, and for format 14 the application that wrote the file
+// (14, 15 or 16).
+class MPPLayoutSet {
+public:
+    constexpr MPPLayoutSet(std::initializer_list<int32_t> versions) {
+        for (int32_t version : versions) {
+            m_bits |= bit(version);
+        }
+    }
+    constexpr bool contains(int32_t version) const { return (m_bits & bit(version)) != 0; }
+
+private:
+    static constexpr uint32_t bit(int32_t version) {
+        return version >= 0 && version < 32 ? uint32_t{1} << version : 0;
+    }
+    uint32_t m_bits = 0;
+};
+
+inline constexpr MPPLayoutSet kAllLayouts = {9, 12, 14, 15, 16};
+inline constexpr int32_t kAllLayoutVersions[] = {9, 12, 14, 15, 16};
+
+// The fields of the catalogue.
+enum class MPPField : uint16_t {
+    taskTotalCost,
+    taskActualCost,
+    taskRemainingCost,
+    taskActualWork,
+    taskRemainingWork,
+    taskConstraintDate,
+    taskConstraintType,
+    taskDuration,
+    taskEarlyFinish,
+    taskEarlyStart,
+    taskStart,
+    taskFinish,
+    taskLateStart,
+    taskLateFinish,
+    taskActualStart,
+    taskActualFinish,
+    taskScheduledStart,
+    taskScheduledFinish,
+    taskEstimated,
+    taskFixedCost,
+    taskFixedCostAccrual,
+    taskID,
+    taskOleLink,
+    taskOutlineLevel,
+    taskParentUID,
+    taskPercentComplete,
+    taskPercentWorkComplete,
+    taskPriority,
+    taskType,
+    taskWork,
+    taskName,
+    taskNotes,
+    taskPinnedDuration,
+    taskPinnedFinish,
+    taskPinnedStart,
+    taskPreLeveledFinish,
+    taskPreLeveledStart,
+    taskEffortDriven,
+    taskMilestone,
+    taskExpanded,
+    taskHammockMark,
+    taskHammockSide,
+    taskManual,
+    taskHasBaseline,
+    resourceCost,
+    resourceWork,
+    resourceCostPerUse,
+    resourceID,
+    resourceMaxUnits,
+    resourceStandardRate,
+    resourceType,
+    resourceUID,
+    resourceAvailableFrom,
+    resourceAvailableTo,
+    resourceEmailAddress,
+    resourceName,
+    resourceNotes,
+    resourceAvailability,
+    assignmentFinish,
+    assignmentResourceUID,
+    assignmentStart,
+    assignmentTaskUID,
+    assignmentUnits,
+    assignmentWork,
+    assignmentActualWork,
+    assignmentRemainingWork,
+    assignmentCost,
+    assignmentTimephasedWork,
+};
+
+struct MPPFieldRow {
+    MPPField field;
+    // The field's name in tests and diagnostics.
+    const char* name;
+    MPPLayoutSet layouts;
+    MPPFieldBlock block;
+    // The property key; a group of `count` fields lies at the keys key to key + count - 1.
+    int32_t key;
+    MPPFieldCodec codec;
+    MPPFieldTest test = {};
+    int32_t count = 1;
+};
+
+// Where a field lies in one layout: its row, and the offset (fixed blocks) or the property number
+// (variable data) of its key there.
+struct MPPFieldPlace {
+    const MPPFieldRow* row = nullptr;
+    uint32_t position = 0;
+};
+
+std::span<const MPPFieldRow> mppFieldCatalog();
+
+// The place of `field` (member `index` of its group) in layout `version`; none where the layout
+// doesn't hold it.
+std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t index = 0);
+
+// The bytes that a row's value takes in its block; 0 for text and whole blocks, whose size is the
+// block's.
+size_t mppFieldSize(const MPPFieldRow& row);
+
+// A decoded value: flags as bool; integers, durations and work (in microseconds) as int64_t; doubles
+// and hundredths as double; dates as an optional TVDate (none for the null date); text as UTF-16.
+using MPPFieldValue =
+    std::variant<bool, int64_t, double, std::optional<TVDate>, std::u16string, std::vector<uint8_t>>;
+
+// Decodes the value of a row from the bytes at its place; `bytes` holds at least mppFieldSize(row).
+MPPFieldValue decodeMPPField(const MPPFieldRow& row, MPPConstBytes bytes);
+// Encodes a value of the row's kind at its place; a flag with a mask sets or clears only its bits
+// and leaves the rest of the byte as it is. Text and whole blocks need a span of their encoded size.
+void encodeMPPField(const MPPFieldRow& row, const MPPFieldValue& value, MPPMutableBytes bytes);
