@@ -5,32 +5,23 @@
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/file/KVMPPFixedDataReader.h"
-#include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPTaskPropertyKeys.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 #include "MPPImporter/readers/KVMSPIMPPTaskCustomFieldReader.h"
 #include "MPPImporter/readers/KVMSPISingleExtendedAttribute.h"
 #include "MPPImporter/readers/KVMSPISingleTaskBaselineReader.h"
-#include "MPPImporter/format/MPPTaskPropertyKeys.h"
 
 #include <algorithm>
-#include <typeinfo>
 
 namespace {
 
 constexpr int32_t kNoTask = -1;
-constexpr int16_t kEstimatedMark = 39;
-constexpr uint8_t kMilestoneMark = 0x63;
 constexpr uint8_t kHammockMark = 231;
 constexpr uint8_t kSplitHammockMark = 243;
 constexpr uint8_t kPreHammockMark = 191;
 constexpr uint8_t kPostHammockMark = 255;
-constexpr uint8_t kManualMarkOf15 = 127;
-constexpr uint8_t kEffortDrivenBit = 1 << 4;
-constexpr uint8_t kMilestoneBit = 1 << 1;
-constexpr uint8_t kExpandedBit = 1 << 1;
-constexpr uint8_t kManualBit = 1 << 3;
 constexpr int32_t kFlagCount = 20;
 
 // Work in thousandths of a minute as a time span, truncated.
@@ -202,165 +193,145 @@ void KVMSPIMPPTaskReader::dbgPrint() {
     }
 }
 
-bool KVMSPIMPPTaskReader::readCost(int32_t key, int32_t uid, double& value, TVError* error) {
-    double hundredths = 0;
-    if (!m_reads.fixedDouble(key, uid, hundredths, error)) {
-        return false;
-    }
-    value = hundredths / 100;
-    return true;
-}
-
-bool KVMSPIMPPTaskReader::readWork(int32_t key, int32_t uid, TVTimeSpan& value, TVError* error) {
-    double thousandthsOfMinute = 0;
-    if (!m_reads.fixedDouble(key, uid, thousandthsOfMinute, error)) {
-        return false;
-    }
-    value = workTimeSpan(thousandthsOfMinute);
-    return true;
-}
-
 bool KVMSPIMPPTaskReader::taskTotalCost(int32_t uid, double& value, TVError* error) {
-    return readCost(kTaskTotalCostKey, uid, value, error);
+    return m_reads.read(MPPField::taskTotalCost, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskActualCost(int32_t uid, double& value, TVError* error) {
-    return readCost(kTaskActualCostKey, uid, value, error);
+    return m_reads.read(MPPField::taskActualCost, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskRemainingCost(int32_t uid, double& value, TVError* error) {
-    return readCost(kTaskRemainingCostKey, uid, value, error);
+    return m_reads.read(MPPField::taskRemainingCost, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskActualWork(int32_t uid, TVTimeSpan& value, TVError* error) {
-    return readWork(kTaskActualWorkKey, uid, value, error);
+    return m_reads.read(MPPField::taskActualWork, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskRemainingWork(int32_t uid, TVTimeSpan& value, TVError* error) {
-    return readWork(kTaskRemainingWorkKey, uid, value, error);
+    return m_reads.read(MPPField::taskRemainingWork, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskConstraintDate(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kTaskConstraintDateKey, uid, value, error);
+    return m_reads.read(MPPField::taskConstraintDate, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskConstraintType(int32_t uid, int16_t& value, TVError* error) {
-    return m_reads.fixedShort(kTaskConstraintTypeKey, uid, value, error);
+    return m_reads.read(MPPField::taskConstraintType, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskEarlyFinish(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kTaskEarlyFinishKey, uid, value, error);
+    return m_reads.read(MPPField::taskEarlyFinish, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskEarlyStart(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kTaskEarlyStartKey, uid, value, error);
+    return m_reads.read(MPPField::taskEarlyStart, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskLateStart(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kTaskLateStartKey, uid, value, error);
+    return m_reads.read(MPPField::taskLateStart, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskLateFinish(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kTaskLateFinishKey, uid, value, error);
+    return m_reads.read(MPPField::taskLateFinish, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskActualStart(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kTaskActualStartKey, uid, value, error);
+    return m_reads.read(MPPField::taskActualStart, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskActualFinish(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kTaskActualFinishKey, uid, value, error);
+    return m_reads.read(MPPField::taskActualFinish, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskScheduledStart(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kTaskScheduledStartKey, uid, value, error);
+    return m_reads.read(MPPField::taskScheduledStart, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskScheduledFinish(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kTaskScheduledFinishKey, uid, value, error);
+    return m_reads.read(MPPField::taskScheduledFinish, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskEstimated(int32_t uid, bool& value, TVError* error) {
-    int16_t mark = 0;
-    const bool read = m_reads.fixedShort(kTaskEstimatedKey, uid, mark, error);
-    value = read && mark == kEstimatedMark;
-    return read;
+    value = false;
+    return m_reads.read(MPPField::taskEstimated, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskFixedCost(int32_t uid, double& value, TVError* error) {
-    return readCost(kTaskFixedCostKey, uid, value, error);
+    return m_reads.read(MPPField::taskFixedCost, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskFixedCostAccrual(int32_t uid, int16_t& value, TVError* error) {
-    return m_reads.fixedShort(kTaskFixedCostAccrualKey, uid, value, error);
+    return m_reads.read(MPPField::taskFixedCostAccrual, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskID(int32_t uid, int32_t& value, TVError* error) {
-    return m_reads.fixedInt(kTaskIDKey, uid, value, error);
+    return m_reads.read(MPPField::taskID, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskOleLink(int32_t uid, uint8_t& value, TVError* error) {
-    return m_reads.fixedUByte(kTaskOleLinkKey, uid, value, error);
+    return m_reads.read(MPPField::taskOleLink, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskOutlineLevel(int32_t uid, int16_t& value, TVError* error) {
-    return m_reads.fixedShort(kTaskOutlineLevelKey, uid, value, error);
+    return m_reads.read(MPPField::taskOutlineLevel, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskParentUID(int32_t uid, int32_t& value, TVError* error) {
-    return m_reads.fixedInt(kTaskParentUIDKey, uid, value, error);
+    return m_reads.read(MPPField::taskParentUID, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPercentComplete(int32_t uid, int16_t& value, TVError* error) {
-    return m_reads.fixedShort(kTaskPercentCompleteKey, uid, value, error);
+    return m_reads.read(MPPField::taskPercentComplete, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPercentWorkComplete(int32_t uid, int16_t& value, TVError* error) {
-    return m_reads.fixedShort(kTaskPercentWorkCompleteKey, uid, value, error);
+    return m_reads.read(MPPField::taskPercentWorkComplete, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPriority(int32_t uid, int16_t& value, TVError* error) {
-    return m_reads.fixedShort(kTaskPriorityKey, uid, value, error);
+    return m_reads.read(MPPField::taskPriority, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskType(int32_t uid, int16_t& value, TVError* error) {
-    return m_reads.fixedShort(kTaskTypeKey, uid, value, error);
+    return m_reads.read(MPPField::taskType, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskManualStart(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kTaskStartKey, uid, value, error);
+    return m_reads.read(MPPField::taskStart, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskManualFinish(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kTaskFinishKey, uid, value, error);
+    return m_reads.read(MPPField::taskFinish, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskName(int32_t uid, std::string& value, TVError* error) {
-    return m_reads.varUnicode(kTaskNameKey, uid, value, error);
+    return m_reads.read(MPPField::taskName, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskNotes(int32_t uid, std::string& value, TVError* error) {
-    return m_reads.varUnicode(kTaskNotesKey, uid, value, error);
+    return m_reads.read(MPPField::taskNotes, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPinnedDuration(int32_t uid, std::string& value, TVError* error) {
-    return m_reads.varUnicode(kTaskPinnedDurationKey, uid, value, error);
+    return m_reads.read(MPPField::taskPinnedDuration, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPinnedFinish(int32_t uid, std::string& value, TVError* error) {
-    return m_reads.varUnicode(kTaskPinnedFinishKey, uid, value, error);
+    return m_reads.read(MPPField::taskPinnedFinish, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPinnedStart(int32_t uid, std::string& value, TVError* error) {
-    return m_reads.varUnicode(kTaskPinnedStartKey, uid, value, error);
+    return m_reads.read(MPPField::taskPinnedStart, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPreLeveledFinish(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.varTimestamp(kTaskPreLeveledFinishKey, uid, value, error);
+    return m_reads.read(MPPField::taskPreLeveledFinish, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskPreLeveledStart(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.varTimestamp(kTaskPreLeveledStartKey, uid, value, error);
+    return m_reads.read(MPPField::taskPreLeveledStart, uid, value, error);
 }
 
 const KVMSPISingleTaskBaselineReader* KVMSPIMPPTaskReader::selectedBaseline(int32_t uid) const {
@@ -374,7 +345,7 @@ const KVMSPISingleTaskBaselineReader* KVMSPIMPPTaskReader::selectedBaseline(int3
 
 bool KVMSPIMPPTaskReader::taskCost(int32_t uid, double& value, TVError* error) {
     if (m_baselineNumber < 0) {
-        return readCost(kTaskTotalCostKey, uid, value, error);
+        return m_reads.read(MPPField::taskTotalCost, uid, value, error);
     }
     const KVMSPISingleTaskBaselineReader* baseline = selectedBaseline(uid);
     if (baseline == nullptr || !baseline->hasCost()) {
@@ -385,25 +356,20 @@ bool KVMSPIMPPTaskReader::taskCost(int32_t uid, double& value, TVError* error) {
 }
 
 bool KVMSPIMPPTaskReader::taskDuration(int32_t uid, TVTimeSpan& value, TVError* error) {
-    int32_t tenthsOfMinute = 0;
     if (m_baselineNumber < 0) {
-        if (!m_reads.fixedInt(kTaskDurationKey, uid, tenthsOfMinute, error)) {
-            return false;
-        }
-    } else {
-        const KVMSPISingleTaskBaselineReader* baseline = selectedBaseline(uid);
-        if (baseline == nullptr || !baseline->hasDuration()) {
-            return false;
-        }
-        tenthsOfMinute = baseline->taskDuration();
+        return m_reads.read(MPPField::taskDuration, uid, value, error);
     }
-    value = static_cast<TVTimeSpan>(tenthsOfMinute) * 6000000;
+    const KVMSPISingleTaskBaselineReader* baseline = selectedBaseline(uid);
+    if (baseline == nullptr || !baseline->hasDuration()) {
+        return false;
+    }
+    value = static_cast<TVTimeSpan>(baseline->taskDuration()) * 6000000;
     return true;
 }
 
 bool KVMSPIMPPTaskReader::taskStart(int32_t uid, TVDate& value, TVError* error) {
     if (m_baselineNumber < 0) {
-        return m_reads.fixedTimestamp(kTaskStartKey, uid, value, error);
+        return m_reads.read(MPPField::taskStart, uid, value, error);
     }
     const KVMSPISingleTaskBaselineReader* baseline = selectedBaseline(uid);
     if (baseline == nullptr || !baseline->hasStart()) {
@@ -415,7 +381,7 @@ bool KVMSPIMPPTaskReader::taskStart(int32_t uid, TVDate& value, TVError* error) 
 
 bool KVMSPIMPPTaskReader::taskFinish(int32_t uid, TVDate& value, TVError* error) {
     if (m_baselineNumber < 0) {
-        return m_reads.fixedTimestamp(kTaskFinishKey, uid, value, error);
+        return m_reads.read(MPPField::taskFinish, uid, value, error);
     }
     const KVMSPISingleTaskBaselineReader* baseline = selectedBaseline(uid);
     if (baseline == nullptr || !baseline->hasFinish()) {
@@ -427,7 +393,7 @@ bool KVMSPIMPPTaskReader::taskFinish(int32_t uid, TVDate& value, TVError* error)
 
 bool KVMSPIMPPTaskReader::taskWork(int32_t uid, TVTimeSpan& value, TVError* error) {
     if (m_baselineNumber < 0) {
-        return readWork(kTaskWorkKey, uid, value, error);
+        return m_reads.read(MPPField::taskWork, uid, value, error);
     }
     const KVMSPISingleTaskBaselineReader* baseline = selectedBaseline(uid);
     if (baseline == nullptr || !baseline->hasWork()) {
@@ -437,34 +403,16 @@ bool KVMSPIMPPTaskReader::taskWork(int32_t uid, TVTimeSpan& value, TVError* erro
     return true;
 }
 
-// Every layout keeps the mark at bit 4 of the meta byte.
 bool KVMSPIMPPTaskReader::taskEffortDriven(int32_t uid, bool& value, TVError* error) {
-    uint8_t byte = 0;
-    if (!m_reads.fixedMetaUByte(kTaskEffortDrivenKey, uid, byte, error)) {
-        return false;
-    }
-    value = (byte & kEffortDrivenBit) != 0;
-    return true;
+    return m_reads.read(MPPField::taskEffortDriven, uid, value, error);
 }
 
-// From format 12 on a milestone carries one whole byte value; format 9 has a bit.
 bool KVMSPIMPPTaskReader::taskMilestone(int32_t uid, bool& value, TVError* error) {
-    uint8_t byte = 0;
-    if (!m_reads.fixedMetaUByte(kTaskMilestoneKey, uid, byte, error)) {
-        return false;
-    }
-    value = MPPPropertyList().mppVersion() >= kMSPDIVersion_2007 ? byte == kMilestoneMark
-                                                                 : (byte & kMilestoneBit) != 0;
-    return true;
+    return m_reads.read(MPPField::taskMilestone, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskExpanded(int32_t uid, bool& value, TVError* error) {
-    uint8_t byte = 0;
-    if (!m_reads.fixedMetaUByte(kTaskExpandedKey, uid, byte, error)) {
-        return false;
-    }
-    value = (byte & kExpandedBit) != 0;
-    return true;
+    return m_reads.read(MPPField::taskExpanded, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskFlag(int32_t flagNumber, int32_t uid, bool& value, TVError* error) {
@@ -480,13 +428,13 @@ bool KVMSPIMPPTaskReader::taskFlag(int32_t flagNumber, int32_t uid, bool& value,
 }
 
 bool KVMSPIMPPTaskReader::taskOleLinkMeta(int32_t uid, uint8_t& value, TVError* error) {
-    return m_reads.fixedMetaUByte(kTaskHammockMarkKey, uid, value, error);
+    return m_reads.read(MPPField::taskHammockMark, uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskHammock(int32_t uid, bool& value, TVError* error) {
     uint8_t mark = 0;
     if (!MPPPropertyList().propertyOffset(kTaskOleLinkKey) ||
-        !m_reads.fixedMetaUByte(kTaskHammockMarkKey, uid, mark, error)) {
+        !m_reads.read(MPPField::taskHammockMark, uid, mark, error)) {
         return false;
     }
     value = mark == kHammockMark;
@@ -496,8 +444,8 @@ bool KVMSPIMPPTaskReader::taskHammock(int32_t uid, bool& value, TVError* error) 
 bool KVMSPIMPPTaskReader::taskPreHammock(int32_t uid, bool& value, TVError* error) {
     uint8_t mark = 0;
     uint8_t side = 0;
-    if (!m_reads.fixedMetaUByte(kTaskHammockMarkKey, uid, mark, error) ||
-        !m_reads.fixedMetaUByte(kTaskHammockSideKey, uid, side, error)) {
+    if (!m_reads.read(MPPField::taskHammockMark, uid, mark, error) ||
+        !m_reads.read(MPPField::taskHammockSide, uid, side, error)) {
         return false;
     }
     value = mark == kSplitHammockMark && side == kPreHammockMark;
@@ -507,36 +455,21 @@ bool KVMSPIMPPTaskReader::taskPreHammock(int32_t uid, bool& value, TVError* erro
 bool KVMSPIMPPTaskReader::taskPostHammock(int32_t uid, bool& value, TVError* error) {
     uint8_t mark = 0;
     uint8_t side = 0;
-    if (!m_reads.fixedMetaUByte(kTaskHammockMarkKey, uid, mark, error) ||
-        !m_reads.fixedMetaUByte(kTaskHammockSideKey, uid, side, error)) {
+    if (!m_reads.read(MPPField::taskHammockMark, uid, mark, error) ||
+        !m_reads.read(MPPField::taskHammockSide, uid, side, error)) {
         return false;
     }
     value = mark == kSplitHammockMark && side == kPostHammockMark;
     return true;
 }
 
-// Files that application 15 writes mark a task that isn't manual with one byte value; all others
-// have a bit.
 bool KVMSPIMPPTaskReader::taskManual(int32_t uid, bool& value, TVError* error) {
-    uint8_t byte = 0;
-    if (!m_reads.fixed2UByte(kTaskManualKey, uid, byte, error)) {
-        return false;
-    }
-    const KVMSPIMPPPropertyList& list = MPPPropertyList();
-    value =
-        typeid(list) == typeid(KVMSPIMPP15PropertyList) ? byte != kManualMarkOf15 : (byte & kManualBit) != 0;
-    return true;
+    return m_reads.read(MPPField::taskManual, uid, value, error);
 }
 
 // The presence mark of a baseline in the task's Fixed2 item.
 bool KVMSPIMPPTaskReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* error) {
-    uint8_t mark = 0;
-    if (index < 0 || index >= kBaselineCount ||
-        !m_reads.fixed2UByte(kTaskHasBaselineBaseKey + index, uid, mark, error)) {
-        return false;
-    }
-    value = mark != 0;
-    return true;
+    return m_reads.read(MPPField::taskHasBaseline, uid, value, error, index);
 }
 
 bool KVMSPIMPPTaskReader::taskIsNull(int32_t uid, bool& value, TVError* /*error*/) {

@@ -102,9 +102,6 @@ public:
 private:
     static constexpr int32_t kBaselineCount = 11;
 
-    // A money value stored in hundredths, and a work value stored in thousandths of a minute.
-    bool readCost(int32_t key, int32_t uid, double& value, TVError* error);
-    bool readWork(int32_t key, int32_t uid, TVTimeSpan& value, TVError* error);
     // The baseline reader of the task in the selected baseline, if it has data there.
     const KVMSPISingleTaskBaselineReader* selectedBaseline(int32_t uid) const;
 

@@ -1,9 +1,12 @@
 #include "MPPImporter/readers/MPPObjectFieldReads.h"
 
+#include "MPPCommon/support/TVException.h"
 #include "MPPImporter/file/KVMPPFixedDataReader.h"
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
+
+#include <type_traits>
 
 namespace {
 
@@ -35,7 +38,106 @@ bool failed(const KVMPPDataReader* reader, TVError* error) {
     return false;
 }
 
+// Hands a decoded value on to a destination of its kind; false for a null date, and an assertion for
+// a destination of another kind, which is a fault of the calling reader.
+template <typename Value>
+bool assign(const MPPFieldValue& decoded, Value& value, const MPPFieldRow& row) {
+    if constexpr (std::is_same_v<Value, bool>) {
+        if (const bool* flag = std::get_if<bool>(&decoded)) {
+            value = *flag;
+            return true;
+        }
+    } else if constexpr (std::is_integral_v<Value>) {
+        if (const int64_t* number = std::get_if<int64_t>(&decoded)) {
+            value = static_cast<Value>(*number);
+            return true;
+        }
+    } else if constexpr (std::is_same_v<Value, double>) {
+        if (const double* number = std::get_if<double>(&decoded)) {
+            value = *number;
+            return true;
+        }
+    } else if constexpr (std::is_same_v<Value, TVDate>) {
+        if (const auto* date = std::get_if<std::optional<TVDate>>(&decoded)) {
+            if (*date) {
+                value = **date;
+            }
+            return date->has_value();
+        }
+    }
+    tvAssert(false, std::string("The field ") + row.name + " is read into a value of another kind.");
+    return false;
+}
+
 } // namespace
+
+template <typename Value>
+bool MPPObjectFieldReads::read(MPPField field, int32_t uid, Value& value, TVError* error,
+                               int32_t index) const {
+    const auto place = mppFieldPlace(field, m_store.MPPPropertyList().mppVersion(), index);
+    if (!place) {
+        return false;
+    }
+    const MPPFieldRow& row = *place->row;
+    const auto position = static_cast<int32_t>(place->position);
+    if constexpr (std::is_same_v<Value, std::string>) {
+        tvAssert(row.codec == MPPFieldCodec::text, std::string("The field ") + row.name + " is no text.");
+        return propertyUnicode(place->position, uid, value, error);
+    } else if constexpr (std::is_same_v<Value, std::vector<uint8_t>>) {
+        tvAssert(row.codec == MPPFieldCodec::bytes, std::string("The field ") + row.name + " is no block.");
+        return varBlock(place->position, uid, value, error);
+    } else {
+        std::vector<uint8_t> bytes(mppFieldSize(row));
+        if (!readBytes(row.block, uid, position, bytes)) {
+            return failed(readerOf(row.block), error);
+        }
+        return assign(decodeMPPField(row, bytes), value, row);
+    }
+}
+
+template bool MPPObjectFieldReads::read(MPPField, int32_t, bool&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, uint8_t&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, int16_t&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, int32_t&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, int64_t&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, double&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, TVDate&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, std::string&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, std::vector<uint8_t>&, TVError*, int32_t) const;
+
+const KVMPPDataReader* MPPObjectFieldReads::readerOf(MPPFieldBlock block) const {
+    switch (block) {
+    case MPPFieldBlock::fixed:
+    case MPPFieldBlock::fixedMeta:
+        return m_store.fixedDataReader();
+    case MPPFieldBlock::fixed2:
+    case MPPFieldBlock::fixed2Meta:
+        return m_store.fixed2DataReader();
+    case MPPFieldBlock::var:
+        break;
+    }
+    return m_store.varDataReader();
+}
+
+bool MPPObjectFieldReads::readBytes(MPPFieldBlock block, int32_t uid, int32_t position,
+                                    std::vector<uint8_t>& bytes) const {
+    const auto size = static_cast<int32_t>(bytes.size());
+    KVMPPFixedDataReader* fixed = block == MPPFieldBlock::fixed2 || block == MPPFieldBlock::fixed2Meta
+                                      ? m_store.fixed2DataReader()
+                                      : m_store.fixedDataReader();
+    switch (block) {
+    case MPPFieldBlock::fixed:
+    case MPPFieldBlock::fixed2:
+        return fixed != nullptr && fixed->readDataByteArray(bytes.data(), size, uid, position);
+    case MPPFieldBlock::fixedMeta:
+    case MPPFieldBlock::fixed2Meta:
+        return fixed != nullptr && fixed->readMetaByteArray(bytes.data(), size, uid, position);
+    case MPPFieldBlock::var:
+        break;
+    }
+    KVMPPVarDataReader* var = m_store.varDataReader();
+    return var != nullptr && var->readDataByteArray(bytes.data(), size, uid, position, 0);
+}
 
 template <typename Value, typename Read>
 bool MPPObjectFieldReads::readFixed(KVMPPFixedDataReader* reader, int32_t key, int32_t uid, Value& value,
@@ -133,7 +235,12 @@ bool MPPObjectFieldReads::varUnicode(int32_t key, int32_t uid, std::string& valu
 
 bool MPPObjectFieldReads::varBytes(int32_t key, int32_t uid, std::vector<uint8_t>& value,
                                    TVError* error) const {
-    return readVar(m_store.MPPPropertyList().propertyID(key), uid, value, error,
+    return varBlock(m_store.MPPPropertyList().propertyID(key), uid, value, error);
+}
+
+bool MPPObjectFieldReads::varBlock(std::optional<uint32_t> property, int32_t uid, std::vector<uint8_t>& value,
+                                   TVError* error) const {
+    return readVar(property, uid, value, error,
                    [](KVMPPVarDataReader& reader, std::vector<uint8_t>& bytes, int32_t u, int32_t p) {
                        int32_t size = 0;
                        if (!reader.getDataSize(size, u, p) || size < 0) {

@@ -2,12 +2,14 @@
 
 #include "MPPCommon/support/TVDate.h"
 #include "MPPCommon/support/TVError.h"
+#include "MPPImporter/format/MPPFieldCatalog.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
+class KVMPPDataReader;
 class KVMPPFixedDataReader;
 class KVMPPVarDataReader;
 class KVMSPIMPPDataDirectoryReader;
@@ -21,6 +23,13 @@ class KVMSPIMPPDataDirectoryReader;
 class MPPObjectFieldReads {
 public:
     explicit MPPObjectFieldReads(const KVMSPIMPPDataDirectoryReader& store) : m_store(store) {}
+
+    // Reads a field by its catalogue row for the store's layout, which picks the block, the place and
+    // the codec; `index` picks the member of a group. `Value` is bool, an integer type, double,
+    // TVDate, std::string (text) or a byte vector (a whole block). A field that the layout doesn't
+    // hold answers false, as does a null date.
+    template <typename Value>
+    bool read(MPPField field, int32_t uid, Value& value, TVError* error, int32_t index = 0) const;
 
     bool fixedDouble(int32_t key, int32_t uid, double& value, TVError* error) const;
     bool fixedInt(int32_t key, int32_t uid, int32_t& value, TVError* error) const;
@@ -45,8 +54,14 @@ public:
                            TVError* error) const;
     bool propertyUnicode(std::optional<uint32_t> property, int32_t uid, std::string& value,
                          TVError* error) const;
+    bool varBlock(std::optional<uint32_t> property, int32_t uid, std::vector<uint8_t>& value,
+                  TVError* error) const;
 
 private:
+    // Reads the `size` bytes at `position` of the object's block into `bytes`.
+    bool readBytes(MPPFieldBlock block, int32_t uid, int32_t position, std::vector<uint8_t>& bytes) const;
+    // The stream reader of a block, or none.
+    const KVMPPDataReader* readerOf(MPPFieldBlock block) const;
     // `reader` is the store's first or second fixed data reader, or none.
     template <typename Value, typename Read>
     bool readFixed(KVMPPFixedDataReader* reader, int32_t key, int32_t uid, Value& value, TVError* error,
