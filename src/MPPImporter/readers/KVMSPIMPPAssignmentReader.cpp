@@ -11,13 +11,7 @@
 namespace {
 
 constexpr int32_t kBaselineCount = 11;
-// Units are stored in hundredths of a percent, cost in hundredths and work in thousandths of a minute.
-double percent(double hundredths) {
-    return hundredths / 100.0;
-}
-double currency(double hundredths) {
-    return hundredths / 100.0;
-}
+// Work in thousandths of a minute as seconds, not rounded to whole microseconds.
 double seconds(double work) {
     return work * 0.06;
 }
@@ -40,7 +34,7 @@ void KVMSPIMPPAssignmentReader::decodeTimephasedData() {
     for (const int32_t uid : uniqueIDs()) {
         std::vector<uint8_t> block;
         TVDate start;
-        if (!m_reads.varBytes(kAssignmentTimephasedWorkKey, uid, block, nullptr) || block.empty() ||
+        if (!m_reads.read(MPPField::assignmentTimephasedWork, uid, block, nullptr) || block.empty() ||
             !assignmentStart(uid, start)) {
             continue;
         }
@@ -67,50 +61,49 @@ void KVMSPIMPPAssignmentReader::readBaselines() {
     }
 }
 
-bool KVMSPIMPPAssignmentReader::readScaled(int32_t key, int32_t uid, double (*scale)(double), double& value,
-                                           TVError* error) {
+bool KVMSPIMPPAssignmentReader::readSeconds(MPPField field, int32_t uid, double& value, TVError* error) {
     double stored = 0;
-    if (!m_reads.fixedDouble(key, uid, stored, error)) {
+    if (!m_reads.read(field, uid, stored, error)) {
         return false;
     }
-    value = scale(stored);
+    value = seconds(stored);
     return true;
 }
 
 bool KVMSPIMPPAssignmentReader::assignmentFinish(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kAssignmentFinishKey, uid, value, error);
+    return m_reads.read(MPPField::assignmentFinish, uid, value, error);
 }
 
 bool KVMSPIMPPAssignmentReader::assignmentResourceUID(int32_t uid, int32_t& value, TVError* error) {
-    return m_reads.fixedInt(kAssignmentResourceUIDKey, uid, value, error);
+    return m_reads.read(MPPField::assignmentResourceUID, uid, value, error);
 }
 
 bool KVMSPIMPPAssignmentReader::assignmentStart(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kAssignmentStartKey, uid, value, error);
+    return m_reads.read(MPPField::assignmentStart, uid, value, error);
 }
 
 bool KVMSPIMPPAssignmentReader::assignmentTaskUID(int32_t uid, int32_t& value, TVError* error) {
-    return m_reads.fixedInt(kAssignmentTaskUIDKey, uid, value, error);
+    return m_reads.read(MPPField::assignmentTaskUID, uid, value, error);
 }
 
 bool KVMSPIMPPAssignmentReader::assignmentUnits(int32_t uid, double& value, TVError* error) {
-    return readScaled(kAssignmentUnitsKey, uid, percent, value, error);
+    return m_reads.read(MPPField::assignmentUnits, uid, value, error);
 }
 
 bool KVMSPIMPPAssignmentReader::assignmentWork(int32_t uid, double& value, TVError* error) {
-    return readScaled(kAssignmentWorkKey, uid, seconds, value, error);
+    return readSeconds(MPPField::assignmentWork, uid, value, error);
 }
 
 bool KVMSPIMPPAssignmentReader::assignmentActualWork(int32_t uid, double& value, TVError* error) {
-    return readScaled(kAssignmentActualWorkKey, uid, seconds, value, error);
+    return readSeconds(MPPField::assignmentActualWork, uid, value, error);
 }
 
 bool KVMSPIMPPAssignmentReader::assignmentRemainingWork(int32_t uid, double& value, TVError* error) {
-    return readScaled(kAssignmentRemainingWorkKey, uid, seconds, value, error);
+    return readSeconds(MPPField::assignmentRemainingWork, uid, value, error);
 }
 
 bool KVMSPIMPPAssignmentReader::assignmentCost(int32_t uid, double& value, TVError* error) {
-    return readScaled(kAssignmentCostKey, uid, currency, value, error);
+    return m_reads.read(MPPField::assignmentCost, uid, value, error);
 }
 
 bool KVMSPIMPPAssignmentReader::assignmentUID(int32_t uid, int32_t& value, TVError* /*error*/) {

@@ -35,8 +35,8 @@ public:
     bool assignmentUID(int32_t uid, int32_t& value, TVError* error = nullptr) override;
 
 private:
-    // A fixed double of the assignment, converted by `scale` from the file's unit.
-    bool readScaled(int32_t key, int32_t uid, double (*scale)(double), double& value, TVError* error);
+    // A work field of the assignment, in seconds.
+    bool readSeconds(MPPField field, int32_t uid, double& value, TVError* error);
     void decodeTimephasedData();
     // Assignments have no baselines of their own; this only reports so for each baseline.
     void readBaselines();

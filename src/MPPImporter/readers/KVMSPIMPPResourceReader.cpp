@@ -19,9 +19,6 @@
 
 namespace {
 
-// Max units are stored in hundredths of a percent.
-constexpr double kMaxUnitsPerPercent = 100.0;
-
 // Work stored in thousandths of a minute, as a time span.
 TVTimeSpan workTimeSpan(double work) {
     return static_cast<TVTimeSpan>(work * 3600000000.0 / 60000.0);
@@ -106,7 +103,7 @@ int64_t KVMSPIMPPResourceReader::objectIDforUniqueID(int32_t uid) const {
 
 bool KVMSPIMPPResourceReader::resourceCost(int32_t uid, double& value, TVError* error) {
     if (m_baselineNumber < 0) {
-        return m_reads.fixedDouble(kResourceCostKey, uid, value, error);
+        return m_reads.read(MPPField::resourceCost, uid, value, error);
     }
     const KVMSPISingleResourceBaselineReader* baseline = selectedBaseline(uid);
     if (baseline == nullptr || !baseline->hasCost()) {
@@ -117,45 +114,35 @@ bool KVMSPIMPPResourceReader::resourceCost(int32_t uid, double& value, TVError* 
 }
 
 bool KVMSPIMPPResourceReader::resourceWork(int32_t uid, TVTimeSpan& value, TVError* error) {
-    double work = 0;
     if (m_baselineNumber < 0) {
-        if (!m_reads.fixedDouble(kResourceWorkKey, uid, work, error)) {
-            return false;
-        }
-    } else {
-        const KVMSPISingleResourceBaselineReader* baseline = selectedBaseline(uid);
-        if (baseline == nullptr || !baseline->hasWork()) {
-            return false;
-        }
-        work = baseline->resourceWork();
+        return m_reads.read(MPPField::resourceWork, uid, value, error);
     }
-    value = workTimeSpan(work);
+    const KVMSPISingleResourceBaselineReader* baseline = selectedBaseline(uid);
+    if (baseline == nullptr || !baseline->hasWork()) {
+        return false;
+    }
+    value = workTimeSpan(baseline->resourceWork());
     return true;
 }
 
 bool KVMSPIMPPResourceReader::resourceCostPerUse(int32_t uid, double& value, TVError* error) {
-    return m_reads.fixedDouble(kResourceCostPerUseKey, uid, value, error);
+    return m_reads.read(MPPField::resourceCostPerUse, uid, value, error);
 }
 
 bool KVMSPIMPPResourceReader::resourceID(int32_t uid, int32_t& value, TVError* error) {
-    return m_reads.fixedInt(kResourceIDKey, uid, value, error);
+    return m_reads.read(MPPField::resourceID, uid, value, error);
 }
 
 bool KVMSPIMPPResourceReader::resourceMaxUnits(int32_t uid, double& value, TVError* error) {
-    double units = 0;
-    if (!m_reads.fixedDouble(kResourceMaxUnitsKey, uid, units, error)) {
-        return false;
-    }
-    value = units / kMaxUnitsPerPercent;
-    return true;
+    return m_reads.read(MPPField::resourceMaxUnits, uid, value, error);
 }
 
 bool KVMSPIMPPResourceReader::resourceStandardRate(int32_t uid, double& value, TVError* error) {
-    return m_reads.fixedDouble(kResourceStandardRateKey, uid, value, error);
+    return m_reads.read(MPPField::resourceStandardRate, uid, value, error);
 }
 
 bool KVMSPIMPPResourceReader::resourceType(int32_t uid, int16_t& value, TVError* error) {
-    return m_reads.fixedShort(kResourceTypeKey, uid, value, error);
+    return m_reads.read(MPPField::resourceType, uid, value, error);
 }
 
 bool KVMSPIMPPResourceReader::resourceIsCostResource(int32_t uid, uint8_t& value, TVError* error) {
@@ -169,34 +156,34 @@ bool KVMSPIMPPResourceReader::resourceIsCostResource(int32_t uid, uint8_t& value
 }
 
 bool KVMSPIMPPResourceReader::resourceUID(int32_t uid, int32_t& value, TVError* error) {
-    return m_reads.fixedInt(kResourceUIDKey, uid, value, error);
+    return m_reads.read(MPPField::resourceUID, uid, value, error);
 }
 
 bool KVMSPIMPPResourceReader::resourceAvailableFrom(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kResourceAvailableFromKey, uid, value, error);
+    return m_reads.read(MPPField::resourceAvailableFrom, uid, value, error);
 }
 
 bool KVMSPIMPPResourceReader::resourceAvailableTo(int32_t uid, TVDate& value, TVError* error) {
-    return m_reads.fixedTimestamp(kResourceAvailableToKey, uid, value, error);
+    return m_reads.read(MPPField::resourceAvailableTo, uid, value, error);
 }
 
 bool KVMSPIMPPResourceReader::resourceEmailAddress(int32_t uid, std::string& value, TVError* error) {
-    return m_reads.varUnicode(kResourceEmailAddressKey, uid, value, error);
+    return m_reads.read(MPPField::resourceEmailAddress, uid, value, error);
 }
 
 bool KVMSPIMPPResourceReader::resourceName(int32_t uid, std::string& value, TVError* error) {
-    return m_reads.varUnicode(kResourceNameKey, uid, value, error);
+    return m_reads.read(MPPField::resourceName, uid, value, error);
 }
 
 bool KVMSPIMPPResourceReader::resourceNotes(int32_t uid, std::string& value, TVError* error) {
-    return m_reads.varUnicode(kResourceNotesKey, uid, value, error);
+    return m_reads.read(MPPField::resourceNotes, uid, value, error);
 }
 
 bool KVMSPIMPPResourceReader::resourceAvailability(int32_t uid,
                                                    std::vector<MPPResourceAvailabilityPeriod>& value,
                                                    TVError* error) {
     std::vector<uint8_t> bytes;
-    if (!m_reads.varBytes(kResourceAvailabilityKey, uid, bytes, error)) {
+    if (!m_reads.read(MPPField::resourceAvailability, uid, bytes, error)) {
         return false;
     }
     MPPResourceAvailabilityTable(bytes.data(), bytes.size()).appendPeriods(value);
