@@ -51,6 +51,18 @@ bool KVMPPFixedDataReader::open() {
     return true;
 }
 
+int32_t KVMPPFixedDataReader::metaItemSizeFromHeader(SSLStream& metaStream, int32_t tableSize) {
+    const int64_t itemBytes = int64_t{streamSize(metaStream)} - kFixedMetaHeaderSize;
+    metaStream.seekFromStart(kFixedMetaElementCountOffset);
+    const int32_t count = metaStream.readInt();
+    const bool countRead = metaStream.lastError() == 0;
+    metaStream.rewind();
+    if (!countRead || count <= 0 || itemBytes <= 0 || itemBytes % count != 0) {
+        return tableSize;
+    }
+    return static_cast<int32_t>(std::max<int64_t>(itemBytes / count, tableSize));
+}
+
 bool KVMPPFixedDataReader::openMetaStream() {
     _metaStream->rewind();
     uint32_t magicNumber = _metaStream->readUInt();

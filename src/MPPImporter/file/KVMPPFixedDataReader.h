@@ -39,6 +39,11 @@ public:
     // objects, and no error is logged.
     bool open() override;
 
+    // The meta item size that the stream's header tells: the item count at offset 8 divides the bytes
+    // behind the header exactly. `tableSize` if the header tells none, or a smaller one. Leaves the
+    // stream at its start.
+    static int32_t metaItemSizeFromHeader(SSLStream& metaStream, int32_t tableSize);
+
     // True if the UID is known; fills `info` when given.
     bool dataItemInfo(MPPDataItemInfo* info, int32_t uid) const;
     // The object's row number, -1 if unknown.

@@ -61,8 +61,8 @@ KVMPPVarDataReader::MetaItem KVMPPVarDataReader::decodeMetaItem(const uint8_t* i
     switch (version) {
     case kMSPDIVersion_2003:
         decoded.uid = static_cast<int32_t>(memReadUInt(item, kVarMeta9ItemUIDOffset) & 0xFFFFFF);
-        // Signed: a number above 127 reads negative and matches no property key.
-        decoded.property = memReadByte(item, kVarMeta9ItemPropertyOffset);
+        // Unsigned: version 9 files keep task notes under 144 and task costs under 134 to 143.
+        decoded.property = memReadUByte(item, kVarMeta9ItemPropertyOffset);
         decoded.dataOffset = memReadInt(item, kVarMeta9ItemDataOffsetOffset);
         break;
     case kMSPDIVersion_2007:

@@ -70,9 +70,12 @@ KVMSPIMPPDataDirectoryReader::KVMSPIMPPDataDirectoryReader(std::unique_ptr<SSLSt
     // to attach them to.
     if (params.hasFixed2Stream && fixed2Meta && fixed2Data && m_fixedDataReader &&
         m_fixedDataReader->indexMap()) {
+        auto fixed2ItemSize = static_cast<int32_t>(params.fixed2.metaStreamItemSize);
+        if (MPPPropertyList().fixed2MetaItemSizeFromStream()) {
+            fixed2ItemSize = KVMPPFixedDataReader::metaItemSizeFromHeader(*fixed2Meta, fixed2ItemSize);
+        }
         m_fixed2DataReader = std::make_unique<KVMPPFixedDataReader>(
-            std::move(fixed2Meta), kFixed2MetaStreamName,
-            static_cast<int32_t>(params.fixed2.metaStreamItemSize), params.fixed2.metaStreamMagicNumber,
+            std::move(fixed2Meta), kFixed2MetaStreamName, fixed2ItemSize, params.fixed2.metaStreamMagicNumber,
             m_fixedDataReader->indexMap(), firstIndex, std::move(fixed2Data), kFixed2DataStreamName, 0, 0,
             this);
         m_fixed2DataReader->open();

@@ -52,6 +52,8 @@ public:
     // taskMinExpectedSize of the list of that application version; 0 for a version without a list.
     static int32_t taskMinExpectedSizeForAppVersion(int32_t appVersion);
     std::array<uint8_t, 20> taskFlagMask() const { return m_tables.taskFlagMask; }
+    // True if the Fixed2 meta item size of a file is to be measured from its stream.
+    bool fixed2MetaItemSizeFromStream() const { return m_tables.fixed2MetaItemSizeFromStream; }
 
     // The property number of a key, none if this version has no such key.
     std::optional<uint32_t> propertyID(int32_t key) const { return propertyInfo(key, m_propertyIDs); }

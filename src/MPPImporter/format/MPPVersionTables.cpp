@@ -114,11 +114,13 @@ constexpr MPPVersionTables kTables15 = {
     .taskFlagMask = kFlagMask14,
 };
 
-// Application 16 writes the layout of 15.
+// Application 16 writes what 15 writes, except that its later releases lengthen the Fixed2 meta items
+// (tasks 94 or 96 bytes, resources 51, calendars 10) without moving the fields in them.
 constexpr MPPVersionTables tables16() {
     MPPVersionTables tables = kTables15;
     tables.mppVersion = kMSPDIVersion_2016;
     tables.keyColumn = 4;
+    tables.fixed2MetaItemSizeFromStream = true;
     return tables;
 }
 constexpr MPPVersionTables kTables16 = tables16();

@@ -33,6 +33,10 @@ struct MPPVersionTables {
 
     // The bit of task flag n (1 to 20) in the FixedMeta byte that the offset key 215 + n points at.
     std::array<uint8_t, 20> taskFlagMask{};
+
+    // The Fixed2 meta items of this version are at least as long as the stream layouts say, and their
+    // true length, which differs between files, is taken from the stream's header.
+    bool fixed2MetaItemSizeFromStream = false;
 };
 
 // The tables of version 9, 12, 14, 15 or 16; none for any other number.

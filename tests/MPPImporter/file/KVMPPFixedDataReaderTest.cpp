@@ -210,6 +210,26 @@ TEST(KVMPPFixedDataReader, Fixed2ItemsBelongToTheObjectsOfTheFirstPair) {
     EXPECT_EQ(value, 0x22);
 }
 
+TEST(KVMPPFixedDataReader, MetaItemSizeFromHeaderNeedsACountThatFillsTheStreamExactly) {
+    const auto sizeOf = [](uint32_t count, size_t itemBytes, size_t trailingBytes = 0) {
+        ByteWriter meta;
+        meta.u32(kMPPMetaStreamMagicNumber).u32(4).u32(count).u32(0).zeros(itemBytes + trailingBytes);
+        StreamFile file({{"Fixed2Meta", meta.data()}});
+        auto stream = file.stream("Fixed2Meta");
+        const int32_t size = KVMPPFixedDataReader::metaItemSizeFromHeader(*stream, 93);
+        EXPECT_EQ(stream->position(), 0u);
+        return size;
+    };
+    EXPECT_EQ(sizeOf(3, 3 * 94), 94);
+    EXPECT_EQ(sizeOf(5, 5 * 96), 96);
+    EXPECT_EQ(sizeOf(3, 3 * 93), 93);
+    EXPECT_EQ(sizeOf(3, 3 * 94, 1), 93) << "a remainder leaves the table's size";
+    EXPECT_EQ(sizeOf(3, 3 * 86), 93) << "items are never shorter than the table says";
+    EXPECT_EQ(sizeOf(0, 3 * 94), 93);
+    EXPECT_EQ(sizeOf(0xFFFFFFFF, 94), 93) << "a negative count";
+    EXPECT_EQ(sizeOf(4, 0), 93) << "a header without items";
+}
+
 TEST(KVMPPFixedDataReader, StreamErrorsAreLoggedAndAnswerFalse) {
     StreamFile file = fixedFile(fixedMeta({{0, 0}}), dataItem(3, 0, 8));
     TestFixedDataReader reader(file, 0, 0, 16);

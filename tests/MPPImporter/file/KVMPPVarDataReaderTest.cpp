@@ -51,7 +51,7 @@ StreamFile varFile(const std::vector<uint8_t>& meta, const std::vector<uint8_t>&
     return StreamFile({{"VarMeta", meta}, {"Var2Data", data}});
 }
 
-TEST(KVMPPVarDataReader, Version9ItemsHold24BitUidAndSigned8BitProperty) {
+TEST(KVMPPVarDataReader, Version9ItemsHold24BitUidAndUnsigned8BitProperty) {
     ByteWriter meta;
     meta.u32(kMPPMetaStreamMagicNumber).u32(4).u32(2).zeros(8).u32(0);
     meta.bytes({0x39, 0x30, 0x00, 0x05, 0x10, 0x00, 0x00, 0x00});
@@ -65,9 +65,9 @@ TEST(KVMPPVarDataReader, Version9ItemsHold24BitUidAndSigned8BitProperty) {
     uint32_t value = 0;
     EXPECT_TRUE(reader.readDataUInt(value, 12345, 5, 0));
     EXPECT_EQ(value, 0xCAFEF00Du);
-    // The property byte is signed: 0x90 reads as -112, so no key of 144 ever matches it.
-    EXPECT_TRUE(reader.hasDataForObjectUID(1, -112));
-    EXPECT_FALSE(reader.hasDataForObjectUID(1, 144));
+    // The property byte is unsigned: task notes stand under 144 (0x90).
+    EXPECT_TRUE(reader.hasDataForObjectUID(1, 144));
+    EXPECT_FALSE(reader.hasDataForObjectUID(1, -112));
 }
 
 TEST(KVMPPVarDataReader, EmptyBlocksAreAbsentAndFirstOfARepeatedPairWins) {

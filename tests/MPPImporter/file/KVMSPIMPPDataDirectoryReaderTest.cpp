@@ -113,8 +113,8 @@ TEST_F(KVMSPIMPPDataDirectoryReaderTest, StorageWithoutStreamsOrOfUnknownKind) {
     }
 }
 
-// A task file of application 16 whose Fixed2 meta items have the size given; the header's item count
-// tells that size. Two tasks (UIDs 10 and 12, object id first) behind three leading items,
+// Application 16 writes Fixed2 meta items longer than the 93 bytes of its tables; the header's item
+// count tells their length. Two tasks (UIDs 10 and 12, object id first) behind three leading items,
 // each Fixed2 item marked at offset 80.
 MPPFixtureFile application16TaskFile(uint32_t fixed2ItemSize) {
     constexpr uint32_t kItems = 5;
@@ -159,12 +159,13 @@ fixed2ItemsOf(const MPPFixtureFile& file, const KVMSPIMPPPropertyList& list, int
     return {fixed2->metaStreamItemSize(), marks};
 }
 
-TEST(KVMSPIMPPDataDirectoryReaderFixed2, Fixed2MetaItemsHaveTheSizeOfTheLayout) {
+TEST(KVMSPIMPPDataDirectoryReaderFixed2, Application16MeasuresItsFixed2MetaItems) {
     const std::vector<uint8_t> marks = {0xB3, 0xB4};
-    EXPECT_EQ(fixed2ItemsOf(application16TaskFile(93), KVMSPIMPP16PropertyList::shared(), 16),
-              std::make_pair(93, marks));
-    // A file whose header tells longer items is still read with the layout's size.
-    EXPECT_EQ(fixed2ItemsOf(application16TaskFile(96), KVMSPIMPP16PropertyList::shared(), 16).first, 93);
+    for (const uint32_t itemSize : {93u, 94u, 96u}) {
+        EXPECT_EQ(fixed2ItemsOf(application16TaskFile(itemSize), KVMSPIMPP16PropertyList::shared(), 16),
+                  std::make_pair(static_cast<int32_t>(itemSize), marks));
+    }
+    // Application 15 keeps the size of its tables.
     EXPECT_EQ(fixed2ItemsOf(application16TaskFile(93), KVMSPIMPP15PropertyList::shared(), 15).first, 93);
 }
 
