@@ -35,6 +35,9 @@ constexpr int64_t kParameterOffset3 = 78;
 constexpr int64_t kFirstExceptionOffset = 4;
 // Weekdays are stored from 3 for Sunday.
 constexpr int32_t kStoredWeekdayBase = 3;
+// The weekday mask of a weekly recurrence: bit 0 for Sunday to bit 6 for Saturday. The files keep
+// other bits in the high byte of the word (0x58 in the corpus), so only the seven day bits are taken.
+constexpr int32_t kWeekdayMaskBits = 0x7F;
 
 enum RecurrenceType : int32_t {
     kYearlyOnDate = 2,
@@ -188,7 +191,7 @@ bool MPPCalendarDataBlock::exceptionRecurrenceParameters(int32_t index, int32_t 
                       byte2 ? std::optional<int32_t>(*byte2 - kStoredWeekdayBase) : std::nullopt};
         break;
     case kWeekly:
-        parameters = {word3, word1};
+        parameters = {word3, byte1 ? std::optional<int32_t>(*byte1 & kWeekdayMaskBits) : std::nullopt};
         break;
     case kDaily:
         parameters = {word1};

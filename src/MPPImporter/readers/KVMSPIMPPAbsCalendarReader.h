@@ -60,6 +60,10 @@ public:
     virtual bool calendarWeekDayWorkingTimes(int32_t uid, int32_t dayType,
                                              std::vector<MPPWorkingTimeRange>& value,
                                              TVError* error = nullptr) = 0;
+    // Whether a derived calendar's day takes its working time from the base calendar: the calendar has
+    // no data block, or the day's record says that it follows the base. False for a base calendar.
+    virtual bool calendarWeekDayFollowsBase(int32_t uid, int32_t dayType, bool& value,
+                                            TVError* error = nullptr) = 0;
     // Week days have no date period in an MPP file: both always answer false.
     virtual bool calendarWeekDayTimePeriodFromDate(int32_t uid, int32_t dayType, TVDate& value,
                                                    TVError* error = nullptr) = 0;

@@ -32,8 +32,8 @@ constexpr int16_t kDayHeldInRecord = 0;
 KVMSPIMPPCalendarReader::KVMSPIMPPCalendarReader(std::unique_ptr<SSLStorage> directory, std::string name,
                                                  KVMSPIParentReader* parentReader)
     : KVMSPIMPPDataDirectoryReader(std::move(directory), std::move(name), parentReader),
-      _layout(MPPCalendarDataBlock::Layout::forVersion(*mppVersionTables(MPPPropertyList().mppVersion()))) {
-    loadDefaultWeekBlock(parentReader);
+      _layout(MPPCalendarDataBlock::Layout::forVersion(*mppVersionTables(MPPPropertyList().mppVersion()))),
+      _defaultWeek(readDefaultWeek(parentReader)) {
     const auto calendarData = MPPPropertyList().propertyID(kCalendarDataKey);
     _propCalendarData = calendarData ? static_cast<int32_t>(*calendarData) : kNone;
     if (_propCalendarData >= 0) {
@@ -43,14 +43,13 @@ KVMSPIMPPCalendarReader::KVMSPIMPPCalendarReader(std::unique_ptr<SSLStorage> dir
 
 KVMSPIMPPCalendarReader::~KVMSPIMPPCalendarReader() = default;
 
-void KVMSPIMPPCalendarReader::loadDefaultWeekBlock(KVMSPIParentReader* parentReader) const {
+MPPDefaultCalendarWeek KVMSPIMPPCalendarReader::readDefaultWeek(KVMSPIParentReader* parentReader) const {
     const auto property = MPPPropertyList().propertyID(kDefaultWeekBlockKey);
     auto* project = dynamic_cast<KVMSPIMPPAbsProjectReader*>(parentReader);
-    if (MPPDefaultCalendarWeek::hasDefaultWorkingHours() || !property || project == nullptr ||
-        project->propsReader() == nullptr) {
-        return;
+    if (!property || project == nullptr || project->propsReader() == nullptr) {
+        return {};
     }
-    MPPDefaultCalendarWeek::loadDefaultWeekBlock(*project->propsReader(), static_cast<int32_t>(*property));
+    return {*project->propsReader(), static_cast<int32_t>(*property), _layout.weekDayWorkingTimesOffset};
 }
 
 void KVMSPIMPPCalendarReader::readCalendarBlocks() {
@@ -224,7 +223,7 @@ std::optional<MPPCalendarRecord> KVMSPIMPPCalendarReader::readWeekDayDataByteArr
     if (const MPPCalendarDataBlock* found = block(uid)) {
         return found->dayRecord(dayIndex);
     }
-    return MPPDefaultCalendarWeek::dayRecord(dayIndex);
+    return _defaultWeek.dayRecord(dayIndex);
 }
 
 bool KVMSPIMPPCalendarReader::calendarWeekDayDayWorking(int32_t uid, int32_t dayType, bool& value, TVError*) {
@@ -276,6 +275,19 @@ bool KVMSPIMPPCalendarReader::calendarWeekDayWorkingTimes(int32_t uid, int32_t d
         const auto& defaults = MPPDefaultCalendarWeek::defaultWorkingTimes(dayIndex);
         value.insert(value.end(), defaults.begin(), defaults.end());
     }
+    return true;
+}
+
+bool KVMSPIMPPCalendarReader::calendarWeekDayFollowsBase(int32_t uid, int32_t dayType, bool& value,
+                                                         TVError* error) {
+    bool isBaseCalendar = false;
+    if (_propCalendarData < 0 || !calendarIsBaseCalendar(uid, isBaseCalendar, error)) {
+        return false;
+    }
+    const MPPCalendarDataBlock* found = block(uid);
+    const auto day = found != nullptr ? found->dayRecord(dayIndexOfDayType(dayType)) : std::nullopt;
+    const auto status = day ? MPPCalendarDataBlock::dayStatus(*day) : std::nullopt;
+    value = !isBaseCalendar && (found == nullptr || status == kDayFollowsBase);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
 #include "MPPImporter/format/MPPCalendarDataBlock.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsCalendarReader.h"
+#include "MPPImporter/readers/MPPDefaultCalendarWeek.h"
 
 #include <cstdint>
 #include <memory>
@@ -14,7 +15,7 @@
 // The reader of the "TBkndCal" storage: each calendar's fixed item (base calendar, resource), its
 // name, and its calendar data block (week days and exceptions). Each calendar's block is read and its
 // exceptions found once, when the reader opens. A day without a record of its own follows the base
-// calendar, then the default week.
+// calendar, then the plan's default week, which the reader reads from its own plan's Props stream.
 class KVMSPIMPPCalendarReader : public KVMSPIMPPDataDirectoryReader, public KVMSPIMPPAbsCalendarReader {
 public:
     KVMSPIMPPCalendarReader(std::unique_ptr<SSLStorage> directory, std::string name,
@@ -54,13 +55,17 @@ public:
                                    TVError* error = nullptr) override;
     bool calendarWeekDayWorkingTimes(int32_t uid, int32_t dayType, std::vector<MPPWorkingTimeRange>& value,
                                      TVError* error = nullptr) override;
+    bool calendarWeekDayFollowsBase(int32_t uid, int32_t dayType, bool& value,
+                                    TVError* error = nullptr) override;
     bool calendarWeekDayTimePeriodFromDate(int32_t uid, int32_t dayType, TVDate& value,
                                            TVError* error = nullptr) override;
     bool calendarWeekDayTimePeriodToDate(int32_t uid, int32_t dayType, TVDate& value,
                                          TVError* error = nullptr) override;
 
+    const MPPDefaultCalendarWeek& defaultWeek() const { return _defaultWeek; }
+
 private:
-    void loadDefaultWeekBlock(KVMSPIParentReader* parentReader) const;
+    MPPDefaultCalendarWeek readDefaultWeek(KVMSPIParentReader* parentReader) const;
     void readCalendarBlocks();
     // The calendar's block; none without calendar data, or when it couldn't be read.
     const MPPCalendarDataBlock* block(int32_t uid) const;
@@ -76,5 +81,6 @@ private:
 
     int32_t _propCalendarData = -1;
     MPPCalendarDataBlock::Layout _layout;
+    MPPDefaultCalendarWeek _defaultWeek;
     std::unordered_map<int32_t, std::optional<MPPCalendarDataBlock>> _blocks;
 };

@@ -4,7 +4,6 @@
 #include "MPPImporter/format/MPPCalendarDataBlock.h"
 #include "MPPImporter/query/frame/KVMSPIXQAdapter.h"
 #include "MPPImporter/query/frame/KVMSPIXQAdapterFactory.h"
-#include "MPPImporter/readers/MPPDefaultCalendarWeek.h"
 
 KVMSPISingleCalendarReader::KVMSPISingleCalendarReader(ForFilter, int32_t uid,
                                                        KVMSPIMPPCalendarReader& reader)
@@ -36,7 +35,7 @@ KVMSPISingleCalendarReader::KVMSPISingleCalendarReader(int32_t uid, KVMSPIMPPCal
 
 bool KVMSPISingleCalendarReader::showsDefaultWeek() const {
     int32_t base = 0;
-    return MPPDefaultCalendarWeek::hasDefaultWorkingHours() && calendarBaseCalendarUID(base) &&
+    return m_reader.defaultWeek().hasDefaultWorkingHours() && calendarBaseCalendarUID(base) &&
            (base == -1 || base == uid());
 }
 

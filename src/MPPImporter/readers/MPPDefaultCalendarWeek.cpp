@@ -3,16 +3,11 @@
 #include "MPPImporter/file/KVMSPIPropsReader.h"
 #include "MPPImporter/format/MPPCalendarDataBlock.h"
 
-#include <array>
+#include <algorithm>
 
 namespace {
 
 constexpr TVTimeSpan kHour = 3600000000;
-
-std::optional<std::array<uint8_t, MPPDefaultCalendarWeek::kBlockSize>>& defaultWeekBlock() {
-    static std::optional<std::array<uint8_t, MPPDefaultCalendarWeek::kBlockSize>> block;
-    return block;
-}
 
 bool isWeekend(int32_t dayIndex) {
     return dayIndex == 0 || dayIndex == MPPCalendarDataBlock::kDaysInWeek - 1;
@@ -20,33 +15,27 @@ bool isWeekend(int32_t dayIndex) {
 
 } // namespace
 
-void MPPDefaultCalendarWeek::loadDefaultWeekBlock(KVMSPIPropsReader& propsReader, int32_t property) {
-    auto& block = defaultWeekBlock();
-    if (block) {
+MPPDefaultCalendarWeek::MPPDefaultCalendarWeek(KVMSPIPropsReader& propsReader, int32_t property,
+                                               int32_t firstDayOffset) {
+    if (firstDayOffset < 0) {
         return;
     }
-    std::array<uint8_t, kBlockSize> bytes{};
-    if (propsReader.readPropertyByteArray(bytes.data(), kBlockSize, property, false)) {
-        block = bytes;
+    const auto head = static_cast<size_t>(firstDayOffset);
+    std::vector<uint8_t> bytes(head + kBlockSize);
+    if (propsReader.readPropertyByteArray(bytes.data(), static_cast<uint32_t>(bytes.size()), property,
+                                          false)) {
+        m_block.emplace();
+        std::copy(bytes.begin() + static_cast<std::ptrdiff_t>(head), bytes.end(), m_block->begin());
     }
 }
 
-void MPPDefaultCalendarWeek::forgetDefaultWeekBlock() {
-    defaultWeekBlock().reset();
-}
-
-bool MPPDefaultCalendarWeek::hasDefaultWorkingHours() {
-    return defaultWeekBlock().has_value();
-}
-
-std::optional<MPPCalendarRecord> MPPDefaultCalendarWeek::dayRecord(int32_t dayIndex) {
-    const auto& block = defaultWeekBlock();
-    if (!block || dayIndex < 0 || dayIndex >= MPPCalendarDataBlock::kDaysInWeek) {
+std::optional<MPPCalendarRecord> MPPDefaultCalendarWeek::dayRecord(int32_t dayIndex) const {
+    if (!m_block || dayIndex < 0 || dayIndex >= MPPCalendarDataBlock::kDaysInWeek) {
         return std::nullopt;
     }
     constexpr auto recordSize = static_cast<size_t>(MPPCalendarDataBlock::kDayRecordSize);
     return MPPCalendarRecord(
-        std::span<const uint8_t>(*block).subspan(recordSize * static_cast<size_t>(dayIndex), recordSize));
+        std::span<const uint8_t>(*m_block).subspan(recordSize * static_cast<size_t>(dayIndex), recordSize));
 }
 
 bool MPPDefaultCalendarWeek::isDefaultWorkingDay(int32_t dayIndex) {

@@ -36,9 +36,15 @@ void addWorkingTimes(nlohmann::ordered_json& object, const char* key,
     object[key] = list;
 }
 
+// The days that the calendar sets itself. A derived calendar's day that follows its base calendar is
+// left out, as the interchange file leaves it out: its working time is the base's.
 nlohmann::ordered_json weekDays(R& reader, int32_t uid) {
     nlohmann::ordered_json days = nlohmann::ordered_json::array();
     for (int32_t dayType = kSunday; dayType <= kSaturday; ++dayType) {
+        bool followsBase = false;
+        if (reader.calendarWeekDayFollowsBase(uid, dayType, followsBase, nullptr) && followsBase) {
+            continue;
+        }
         nlohmann::ordered_json day = {{"dayType", dayType}};
         ReaderFieldDump<R, int32_t, int32_t>(reader, day, uid, dayType)
             .field("calendarWeekDayDayWorking", &R::calendarWeekDayDayWorking)

@@ -205,9 +205,10 @@ TEST(MPPCalendarDataBlock, RecurrenceParametersOfEachType) {
     EXPECT_EQ(parameters(4, 0x2C, 0x01, 2), (std::vector<int32_t>{2, 300}));
     // Every 3 months on the last Sunday (stored 3).
     EXPECT_EQ(parameters(5, 4, 3, 3), (std::vector<int32_t>{3, 4, 0}));
-    // Every 2 weeks on Monday and Friday; the mask is the whole word at 76, taken as it stands.
+    // Every 2 weeks on Monday and Friday; the mask is the seven low bits at 76, whatever else the
+    // files keep beside them (0x58 in byte 77).
     EXPECT_EQ(parameters(6, 0b0100010, 0, 2), (std::vector<int32_t>{2, 0b0100010}));
-    EXPECT_EQ(parameters(6, 0b10000001, 0x58, 1), (std::vector<int32_t>{1, 0x5881}));
+    EXPECT_EQ(parameters(6, 0b10000001, 0x58, 1), (std::vector<int32_t>{1, 0b0000001}));
     // Every 5 days.
     EXPECT_EQ(parameters(7, 5, 0, 9), (std::vector<int32_t>{5}));
     // A single period and unknown types add nothing.

@@ -4,7 +4,6 @@
 #include "MPPImporter/readers/KVMSPIMPPCalendarReader.h"
 #include "MPPImporter/readers/KVMSPIMPPProjectReader.h"
 #include "MPPImporter/readers/KVMSPISingleCalendarReader.h"
-#include "MPPImporter/readers/MPPDefaultCalendarWeek.h"
 #include "ReaderCorpusSupport.h"
 #include "support/TestSupport.h"
 
@@ -228,8 +227,6 @@ TEST(CalendarReaderCorpusTest, CorpusCalendarsMatchTheReference) {
             continue;
         }
         try {
-            // Each plan is compared as the first plan of its run: the default week block is its own.
-            MPPDefaultCalendarWeek::forgetDefaultWeekBlock();
             OpenPlan plan(path);
             KVMSPIMPPCalendarReader* reader = calendarReaderOf(plan);
             if (reader == nullptr) {
@@ -292,7 +289,6 @@ TEST(CalendarReaderCorpusTest, CorpusCopiesSavedByEachVersionReadTheSame) {
         if (!std::regex_match(file, plan, generated)) {
             continue;
         }
-        MPPDefaultCalendarWeek::forgetDefaultWeekBlock();
         OpenPlan open(path);
         KVMSPIMPPCalendarReader* reader = calendarReaderOf(open);
         if (reader == nullptr) {

@@ -27,52 +27,29 @@ std::vector<uint8_t> weekBlock(size_t size, size_t firstDay) {
     return block;
 }
 
-class MPPDefaultCalendarWeekTest : public ::testing::Test {
-protected:
-    void SetUp() override { MPPDefaultCalendarWeek::forgetDefaultWeekBlock(); }
-    void TearDown() override { MPPDefaultCalendarWeek::forgetDefaultWeekBlock(); }
-
-    static void load(const std::vector<uint8_t>& block) {
-        StreamFile file({{"Props", propsWithWeekBlock(block)}});
-        KVMSPIPropsReader reader(file.stream("Props"));
-        MPPDefaultCalendarWeek::loadDefaultWeekBlock(reader, kWeekProperty);
+// The range counts of the seven days of the week read from `block` with `firstDayOffset`.
+std::vector<std::optional<int16_t>> rangeCounts(const std::vector<uint8_t>& block, int32_t property,
+                                                int32_t firstDayOffset) {
+    StreamFile file({{"Props", propsWithWeekBlock(block)}});
+    KVMSPIPropsReader reader(file.stream("Props"));
+    const MPPDefaultCalendarWeek week(reader, property, firstDayOffset);
+    std::vector<std::optional<int16_t>> counts;
+    for (int32_t day = 0; day <= 7; ++day) {
+        const auto record = week.dayRecord(day);
+        counts.push_back(record ? record->readShort(2) : std::nullopt);
     }
-
-    static std::optional<int16_t> rangeCount(int32_t dayIndex) {
-        const auto day = MPPDefaultCalendarWeek::dayRecord(dayIndex);
-        return day ? day->readShort(2) : std::nullopt;
-    }
-};
-
-TEST_F(MPPDefaultCalendarWeekTest, DayRecordsLieAt60BytesEachFromTheBlocksStart) {
-    EXPECT_FALSE(MPPDefaultCalendarWeek::hasDefaultWorkingHours());
-    EXPECT_FALSE(rangeCount(0));
-    load(weekBlock(420, 0));
-    ASSERT_TRUE(MPPDefaultCalendarWeek::hasDefaultWorkingHours());
-    for (int32_t day = 0; day < 7; ++day) {
-        EXPECT_EQ(rangeCount(day), day + 1) << day;
-    }
-    EXPECT_FALSE(rangeCount(7));
+    EXPECT_EQ(week.hasDefaultWorkingHours(), counts.front().has_value());
+    return counts;
 }
 
-TEST_F(MPPDefaultCalendarWeekTest, AHeadBeforeTheRecordsIsNotSkipped) {
-    load(weekBlock(424, 4));
-    for (int32_t day = 0; day < 7; ++day) {
-        const auto record = MPPDefaultCalendarWeek::dayRecord(day);
-        ASSERT_TRUE(record) << day;
-        EXPECT_EQ(record->readShort(2), 0) << day;
-        EXPECT_EQ(record->readShort(6), day + 1) << day;
-    }
-}
-
-TEST_F(MPPDefaultCalendarWeekTest, TheFirstBlockLoadedStaysUntilForgotten) {
-    load(weekBlock(420, 0));
-    load(weekBlock(420, 4));
-    EXPECT_EQ(rangeCount(6), 7);
-    MPPDefaultCalendarWeek::forgetDefaultWeekBlock();
-    EXPECT_FALSE(MPPDefaultCalendarWeek::hasDefaultWorkingHours());
-    load(weekBlock(420, 4));
-    EXPECT_EQ(rangeCount(6), 0) << "the second block's count lies 4 bytes further on";
+// Format 9 keeps the seven records 4 bytes into a 424-byte block, later formats at its start.
+TEST(MPPDefaultCalendarWeekTest, DayRecordsFollowTheHeadOfTheFormat) {
+    const std::vector<std::optional<int16_t>> week = {1, 2, 3, 4, 5, 6, 7, std::nullopt};
+    EXPECT_EQ(rangeCounts(weekBlock(420, 0), kWeekProperty, 0), week);
+    EXPECT_EQ(rangeCounts(weekBlock(424, 4), kWeekProperty, 4), week);
+    const std::vector<std::optional<int16_t>> none(8);
+    EXPECT_EQ(rangeCounts(weekBlock(420, 0), kWeekProperty + 1, 0), none) << "no such property";
+    EXPECT_FALSE(MPPDefaultCalendarWeek().hasDefaultWorkingHours());
 }
 
 } // namespace

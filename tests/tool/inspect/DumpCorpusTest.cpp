@@ -1,5 +1,4 @@
 #include "CorpusDifferences.h"
-#include "MPPImporter/readers/MPPDefaultCalendarWeek.h"
 #include "support/TestSupport.h"
 #include "tool/inspect/DumpCommand.h"
 
@@ -431,8 +430,6 @@ TEST(DumpCorpus, MatchesInterchangeXmlAndOtherCopies) {
     int compared = 0;
     for (const auto& path : testsupport::corpusMppFiles()) {
         const std::string file = path.filename().string();
-        // Each plan is dumped as the first plan of its run: the default week block is its own.
-        MPPDefaultCalendarWeek::forgetDefaultWeekBlock();
         const json dump = DumpCommand::dumpOfFile(path.string(), true);
         if (dump.contains("error")) {
             continue;

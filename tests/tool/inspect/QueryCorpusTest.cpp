@@ -2,7 +2,6 @@
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPCommon/support/TVMSPErrors.h"
-#include "MPPImporter/readers/MPPDefaultCalendarWeek.h"
 #include "support/TestSupport.h"
 #include "tool/inspect/PlanOptions.h"
 #include "tool/inspect/QueriedFile.h"
@@ -377,9 +376,6 @@ TEST(QueryCorpus, MppCopiesAnswerAsTheirInterchangeXml) {
         const auto [first, last] = copies.equal_range(match[1].str());
         for (auto copy = first; copy != last; ++copy) {
             const std::string file = copy->second.filename().string();
-            // Copies saved in an older format by a newer application are plans like the others. Each
-            // is read as the first plan of its run: the default week block is its own.
-            MPPDefaultCalendarWeek::forgetDefaultWeekBlock();
             const QueriedFile mpp(copy->second.string(), true, PlanOptions::kActualPlan);
             if (!mpp.project()) {
                 differences.add(file, "open", mpp.failure());
