@@ -184,7 +184,8 @@ constexpr KeyRow kPropertyOffsetRows[] = {
     {104, {kAbsent, kAbsent, kAbsent, 32, 32}},
     {105, {216, 216, 166, 40, 40}},
     {106, {kAbsent, kAbsent, kAbsent, 56, 56}},
-    {107, {184, 184, 184, 16, 16}},
+    // Application 14 keeps a task's actual work at 134; 184 lies in the zero tail of its items.
+    {107, {184, 184, 134, 16, 16}},
     {108, {kAbsent, kAbsent, kAbsent, 24, 24}},
     {110, {232, 232, kAbsent, kAbsent, kAbsent}},
     {112, {74, 74, kAbsent, kAbsent, kAbsent}},
@@ -206,9 +207,12 @@ constexpr KeyRow kPropertyOffsetRows[] = {
     {190, {80, 80, 56, 64, 64}},
     {191, {200, 200, 150, kAbsent, kAbsent}},
     {192, {60, 60, 42, 84, 84}},
-    {194, {8, 8, 68, 108, 108}},
-    {195, {88, 88, 114, 104, 104}},
-    {196, {88, 88, 64, 104, 104}},
+    // Application 14 keeps a task's start at 106 and its finish at 8, and the early dates with them, as
+    // applications 15 and 16 do. 64 and 68 hold the dates that the scheduler would give a manually
+    // scheduled task, and 114 is left unset on some tasks.
+    {194, {8, 8, 8, 108, 108}},
+    {195, {88, 88, 106, 104, 104}},
+    {196, {88, 88, 106, 104, 104}},
     {197, {8, 8, 8, 108, 108}},
     {198, {12, 12, 12, 112, 112}},
     {199, {152, 152, 110, 116, 116}},

@@ -28,6 +28,7 @@ constexpr uint8_t kPreHammockMark = 191;
 constexpr uint8_t kPostHammockMark = 255;
 constexpr uint8_t kManualMarkOf15 = 127;
 constexpr uint8_t kEffortDrivenBit = 1 << 4;
+constexpr uint8_t kEffortDrivenBitFrom15 = 1 << 3;
 constexpr uint8_t kMilestoneBit = 1 << 1;
 constexpr uint8_t kExpandedBit = 1 << 1;
 constexpr uint8_t kManualBit = 1 << 3;
@@ -67,16 +68,14 @@ void KVMSPIMPPTaskReader::sortUniqueIDsByTaskID() {
     });
 }
 
-// The task with UID 0 carries one mark for each baseline that the plan holds; only those baselines
-// are read, and of them only the copies of tasks that hold data.
+// The files don't give the task with UID 0 a mark for each baseline: a task's Fixed2 meta item holds
+// bit fields of the baseline values it has, and where they lie shifts with the application version
+// and the item size, while plans whose baselines were set field by field leave the summary task
+// unmarked. So every valid task's copy of each baseline is read, and a baseline exists when some task
+// holds data in it.
 void KVMSPIMPPTaskReader::readBaselines() {
     tvLog("      Reading task baselines......");
     for (int32_t number = 0; number < kBaselineCount; ++number) {
-        bool marked = false;
-        if (!hasBaseline(0, number, marked) || !marked) {
-            tvLog(stringWithFormat("        No baseline %d", number));
-            continue;
-        }
         BaselineReaders& readers = m_baselineReaders[static_cast<size_t>(number)];
         for (int32_t uid : m_uniqueIDs) {
             if (!isValidUID(uid)) {
@@ -86,6 +85,9 @@ void KVMSPIMPPTaskReader::readBaselines() {
             if (reader->hasBaselineData()) {
                 readers.emplace(uid, std::move(reader));
             }
+        }
+        if (readers.empty()) {
+            tvLog(stringWithFormat("        No baseline %d", number));
         }
     }
 }
@@ -437,13 +439,15 @@ bool KVMSPIMPPTaskReader::taskWork(int32_t uid, TVTimeSpan& value, TVError* erro
     return true;
 }
 
-// Every layout keeps the mark at bit 4 of the meta byte.
+// Applications 15 and 16 keep the mark one bit lower in their byte; bit 4 there means something else.
 bool KVMSPIMPPTaskReader::taskEffortDriven(int32_t uid, bool& value, TVError* error) {
     uint8_t byte = 0;
     if (!m_reads.fixedMetaUByte(kTaskEffortDrivenKey, uid, byte, error)) {
         return false;
     }
-    value = (byte & kEffortDrivenBit) != 0;
+    const uint8_t bit =
+        MPPPropertyList().mppVersion() >= kMSPDIVersion_2013 ? kEffortDrivenBitFrom15 : kEffortDrivenBit;
+    value = (byte & bit) != 0;
     return true;
 }
 
@@ -528,14 +532,12 @@ bool KVMSPIMPPTaskReader::taskManual(int32_t uid, bool& value, TVError* error) {
     return true;
 }
 
-// The presence mark of a baseline in the task's Fixed2 item.
-bool KVMSPIMPPTaskReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* error) {
-    uint8_t mark = 0;
-    if (index < 0 || index >= kBaselineCount ||
-        !m_reads.fixed2UByte(kTaskHasBaselineBaseKey + index, uid, mark, error)) {
+// Whether the task holds data in the baseline, as read at open.
+bool KVMSPIMPPTaskReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* /*error*/) {
+    if (index < 0 || index >= kBaselineCount || !isValidUID(uid)) {
         return false;
     }
-    value = mark != 0;
+    value = m_baselineReaders[static_cast<size_t>(index)].count(uid) != 0;
     return true;
 }
 

@@ -189,7 +189,7 @@ const std::vector<Row>& propertyOffsetRows() {
         single(106, {kNo, kNo, kNo, 56, 56}),
         // Application 14's task items hold the actual work, the start and the early dates elsewhere
         // than formats 9 and 12 do: read from its files.
-        single(107, {184, 184, 184, 16, 16}),
+        single(107, {184, 184, 134, 16, 16}),
         single(108, {kNo, kNo, kNo, 24, 24}),
         single(110, {232, 232, kNo, kNo, kNo}),
         single(112, {74, 74, kNo, kNo, kNo}),
@@ -201,9 +201,9 @@ const std::vector<Row>& propertyOffsetRows() {
         single(190, {80, 80, 56, 64, 64}),
         single(191, {200, 200, 150, kNo, kNo}),
         single(192, {60, 60, 42, 84, 84}),
-        single(194, {8, 8, 68, 108, 108}),
-        single(195, {88, 88, 114, 104, 104}),
-        single(196, {88, 88, 64, 104, 104}),
+        single(194, {8, 8, 8, 108, 108}),
+        single(195, {88, 88, 106, 104, 104}),
+        single(196, {88, 88, 106, 104, 104}),
         single(197, {8, 8, 8, 108, 108}),
         single(198, {12, 12, 12, 112, 112}),
         single(199, {152, 152, 110, 116, 116}),
