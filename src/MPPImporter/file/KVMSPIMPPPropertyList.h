@@ -52,6 +52,9 @@ public:
     // taskMinExpectedSize of the list of that application version; 0 for a version without a list.
     static int32_t taskMinExpectedSizeForAppVersion(int32_t appVersion);
     std::array<uint8_t, 20> taskFlagMask() const { return m_tables.taskFlagMask; }
+    uint8_t taskEffortDrivenBit() const { return m_tables.taskEffortDrivenBit; }
+    uint8_t taskMilestoneBit() const { return m_tables.taskMilestoneBit; }
+    uint8_t taskManualBit() const { return m_tables.taskManualBit; }
     // True if the Fixed2 meta item size of a file is to be measured from its stream.
     bool fixed2MetaItemSizeFromStream() const { return m_tables.fixed2MetaItemSizeFromStream; }
 

@@ -26,6 +26,9 @@ constexpr std::array<uint8_t, 20> kFlagMask9 = {0x20, 0x40, 0x80, 0x01, 0x02, 0x
                                                 0x80, 0x01, 0x02, 0x04, 0x08, 0x10, 0x20, 0x40, 0x80, 0x01};
 constexpr std::array<uint8_t, 20> kFlagMask14 = {0x40, 0x80, 0x01, 0x02, 0x04, 0x08, 0x10, 0x20, 0x40, 0x80,
                                                  0x01, 0x02, 0x04, 0x08, 0x10, 0x20, 0x40, 0x80, 0x01, 0x02};
+// Applications 15 and 16 keep flags 1 to 10 in two bytes from bit 1 on, and flags 11 to 20 likewise.
+constexpr std::array<uint8_t, 20> kFlagMask15 = {0x02, 0x04, 0x08, 0x10, 0x20, 0x40, 0x80, 0x01, 0x02, 0x04,
+                                                 0x02, 0x04, 0x08, 0x10, 0x20, 0x40, 0x80, 0x01, 0x02, 0x04};
 
 constexpr MPPVersionTables kTables9 = {
     .mppVersion = kMSPDIVersion_2003,
@@ -46,6 +49,8 @@ constexpr MPPVersionTables kTables9 = {
     .calendarFixedDataMinItemSize = 12,
     .calendarWeekDayWorkingTimesOffset = 4,
     .taskFlagMask = kFlagMask9,
+    .taskEffortDrivenBit = 0x10,
+    .taskMilestoneBit = 0x20,
 };
 
 constexpr MPPVersionTables kTables12 = {
@@ -67,6 +72,8 @@ constexpr MPPVersionTables kTables12 = {
     .calendarFixedDataMinItemSize = 12,
     .calendarWeekDayWorkingTimesOffset = 0,
     .taskFlagMask = kFlagMask9,
+    .taskEffortDrivenBit = 0x10,
+    .taskMilestoneBit = 0x20,
 };
 
 constexpr MPPVersionTables kTables14 = {
@@ -88,6 +95,9 @@ constexpr MPPVersionTables kTables14 = {
     .calendarFixedDataMinItemSize = 12,
     .calendarWeekDayWorkingTimesOffset = 0,
     .taskFlagMask = kFlagMask14,
+    .taskEffortDrivenBit = 0x10,
+    .taskMilestoneBit = 0x20,
+    .taskManualBit = 0x08,
 };
 
 constexpr MPPVersionTables kTables15 = {
@@ -111,7 +121,10 @@ constexpr MPPVersionTables kTables15 = {
     .taskFixedDataMinItemSize = 194,
     .calendarFixedDataMinItemSize = 12,
     .calendarWeekDayWorkingTimesOffset = 0,
-    .taskFlagMask = kFlagMask14,
+    .taskFlagMask = kFlagMask15,
+    .taskEffortDrivenBit = 0x08,
+    .taskMilestoneBit = 0x02,
+    .taskManualBit = 0x80,
 };
 
 // Application 16 writes what 15 writes, except that its later releases lengthen the Fixed2 meta items

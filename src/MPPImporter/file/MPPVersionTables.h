@@ -33,6 +33,11 @@ struct MPPVersionTables {
 
     // The bit of task flag n (1 to 20) in the FixedMeta byte that the offset key 215 + n points at.
     std::array<uint8_t, 20> taskFlagMask{};
+    // The bits of a task's marks: effort-driven and milestone in the FixedMeta bytes of their keys,
+    // manual in the Fixed2Meta byte of its key.
+    uint8_t taskEffortDrivenBit = 0;
+    uint8_t taskMilestoneBit = 0;
+    uint8_t taskManualBit = 0;
 
     // The Fixed2 meta items of this version are at least as long as the stream layouts say, and their
     // true length, which differs between files, is taken from the stream's header.

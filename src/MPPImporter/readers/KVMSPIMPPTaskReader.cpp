@@ -5,7 +5,6 @@
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/file/KVMPPFixedDataReader.h"
-#include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/file/MPPFormatConstants.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
@@ -15,23 +14,18 @@
 #include "MPPImporter/readers/MPPTaskPropertyKeys.h"
 
 #include <algorithm>
-#include <typeinfo>
 
 namespace {
 
 constexpr int32_t kNoTask = -1;
-constexpr int16_t kEstimatedMark = 39;
-constexpr uint8_t kMilestoneMark = 0x63;
+// Bit of a duration format code that marks the duration as estimated (39 for days, 53 for the
+// default unit, 35 to 43 for minutes to months).
+constexpr int16_t kEstimatedBit = 0x20;
 constexpr uint8_t kHammockMark = 231;
 constexpr uint8_t kSplitHammockMark = 243;
 constexpr uint8_t kPreHammockMark = 191;
 constexpr uint8_t kPostHammockMark = 255;
-constexpr uint8_t kManualMarkOf15 = 127;
-constexpr uint8_t kEffortDrivenBit = 1 << 4;
-constexpr uint8_t kEffortDrivenBitFrom15 = 1 << 3;
-constexpr uint8_t kMilestoneBit = 1 << 1;
 constexpr uint8_t kExpandedBit = 1 << 1;
-constexpr uint8_t kManualBit = 1 << 3;
 constexpr int32_t kFlagCount = 20;
 
 // Work in thousandths of a minute as a time span, truncated.
@@ -285,7 +279,7 @@ bool KVMSPIMPPTaskReader::taskScheduledFinish(int32_t uid, TVDate& value, TVErro
 bool KVMSPIMPPTaskReader::taskEstimated(int32_t uid, bool& value, TVError* error) {
     int16_t mark = 0;
     const bool read = m_reads.fixedShort(kTaskEstimatedKey, uid, mark, error);
-    value = read && mark == kEstimatedMark;
+    value = read && (mark & kEstimatedBit) != 0;
     return read;
 }
 
@@ -439,26 +433,24 @@ bool KVMSPIMPPTaskReader::taskWork(int32_t uid, TVTimeSpan& value, TVError* erro
     return true;
 }
 
-// Applications 15 and 16 keep the mark one bit lower in their byte; bit 4 there means something else.
+// The version's bit of the meta byte; applications 15 and 16 use bit 4 there for something else.
 bool KVMSPIMPPTaskReader::taskEffortDriven(int32_t uid, bool& value, TVError* error) {
     uint8_t byte = 0;
     if (!m_reads.fixedMetaUByte(kTaskEffortDrivenKey, uid, byte, error)) {
         return false;
     }
-    const uint8_t bit =
-        MPPPropertyList().mppVersion() >= kMSPDIVersion_2013 ? kEffortDrivenBitFrom15 : kEffortDrivenBit;
-    value = (byte & bit) != 0;
+    value = (byte & MPPPropertyList().taskEffortDrivenBit()) != 0;
     return true;
 }
 
-// From format 12 on a milestone carries one whole byte value; format 9 has a bit.
+// The version's bit of the meta byte: milestones of formats 9 to 14 hold 0x23 as well as 0x63 there,
+// those of applications 15 and 16 0xFF.
 bool KVMSPIMPPTaskReader::taskMilestone(int32_t uid, bool& value, TVError* error) {
     uint8_t byte = 0;
     if (!m_reads.fixedMetaUByte(kTaskMilestoneKey, uid, byte, error)) {
         return false;
     }
-    value = MPPPropertyList().mppVersion() >= kMSPDIVersion_2007 ? byte == kMilestoneMark
-                                                                 : (byte & kMilestoneBit) != 0;
+    value = (byte & MPPPropertyList().taskMilestoneBit()) != 0;
     return true;
 }
 
@@ -519,16 +511,14 @@ bool KVMSPIMPPTaskReader::taskPostHammock(int32_t uid, bool& value, TVError* err
     return true;
 }
 
-// Files that application 15 writes mark a task that isn't manual with one byte value; all others
-// have a bit.
+// A bit of the task's Fixed2 meta item: bit 3 of 0xC7 or 0xCF in application 14, bit 7 of 0x7F or
+// 0xFF in applications 15 and 16. (Byte 8 of the Fixed2 data item lies inside the task's GUID.)
 bool KVMSPIMPPTaskReader::taskManual(int32_t uid, bool& value, TVError* error) {
     uint8_t byte = 0;
-    if (!m_reads.fixed2UByte(kTaskManualKey, uid, byte, error)) {
+    if (!m_reads.fixed2MetaUByte(kTaskManualKey, uid, byte, error)) {
         return false;
     }
-    const KVMSPIMPPPropertyList& list = MPPPropertyList();
-    value =
-        typeid(list) == typeid(KVMSPIMPP15PropertyList) ? byte != kManualMarkOf15 : (byte & kManualBit) != 0;
+    value = (byte & MPPPropertyList().taskManualBit()) != 0;
     return true;
 }
 

@@ -126,7 +126,7 @@ TEST_F(KVMSPIMPPTaskReaderTest, MetaFlagsUseTheirMasksAndMarks) {
     bool value = false;
     ASSERT_TRUE(tasks().taskMilestone(7, value));
     EXPECT_TRUE(value);
-    // From format 12 on only the whole mark 0x63 makes a milestone, not bit 1.
+    // Bit 5 marks a milestone in format 14; bit 1 is the mark of applications 15 and 16.
     ASSERT_TRUE(tasks().taskMilestone(3, value));
     EXPECT_FALSE(value);
     ASSERT_TRUE(tasks().taskEffortDriven(7, value));

@@ -1,9 +1,12 @@
 #include "MPPCommon/support/Log.h"
+#include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
+#include "MPPImporter/file/KVMSPIMPP16PropertyList.h"
 #include "MPPImporter/readers/KVMSPIMPPTaskReader.h"
 #include "TaskReaderFixture.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace {
 
@@ -57,25 +60,67 @@ TEST_F(TaskReaderFieldLayoutTest, ApplicationFourteenKeepsTheStartApartFromTheSc
     EXPECT_EQ(work, 80 * kHour);
 }
 
-// Applications 15 and 16 mark an effort-driven task with bit 3 of the meta byte at 13; bit 4 there,
-// the mark of the older layouts, is set on tasks that are not effort driven.
-TEST_F(TaskReaderFieldLayoutTest, ApplicationFifteenMarksEffortDrivenTasksOneBitLower) {
-    std::vector<FixtureTask> tasks;
-    for (const auto& [uid, mark] :
-         std::vector<std::pair<int32_t, uint8_t>>{{1, 0x08}, {2, 0x10}, {3, 0x18}}) {
-        FixtureTask task;
-        task.uid = uid;
-        task.id = uid;
-        task.meta = {{13, {mark}}};
-        tasks.push_back(task);
-    }
-    const TaskPlanFixture plan(tasks, TaskPlanFixture::propsStream({}), KVMSPIMPP15PropertyList::shared());
+// The marks of a task as each application writes them, with the bytes of real plans. Task 1 has every
+// mark and task 2 none; task 2's bytes hold the marks of the other applications' layouts, and its
+// Fixed2 meta byte 0x3F of application 15 is not the 0x7F of an automatically scheduled task.
+struct MarkLayout {
+    const KVMSPIMPPPropertyList* list;
+    FixtureTask marked;
+    FixtureTask unmarked;
+};
 
-    for (const auto& [uid, expected] :
-         std::vector<std::pair<int32_t, bool>>{{1, true}, {2, false}, {3, true}}) {
-        bool effortDriven = !expected;
-        ASSERT_TRUE(plan.tasks().taskEffortDriven(uid, effortDriven)) << "UID " << uid;
-        EXPECT_EQ(effortDriven, expected) << "UID " << uid;
+FixtureTask taskWith(int32_t uid, std::map<int32_t, std::vector<uint8_t>> meta,
+                     std::map<int32_t, std::vector<uint8_t>> data, uint8_t fixed2MetaMark) {
+    FixtureTask task;
+    task.uid = uid;
+    task.id = uid;
+    task.meta = std::move(meta);
+    task.data = std::move(data);
+    task.fixed2Meta = {{8, {fixed2MetaMark}}};
+    return task;
+}
+
+TEST_F(TaskReaderFieldLayoutTest, EachApplicationKeepsTheTaskMarksInItsOwnBits) {
+    const std::vector<MarkLayout> layouts = {
+        {&KVMSPIMPP14PropertyList::shared(),
+         taskWith(1, {{8, {0x23}}, {11, {0x10}}, {35, {0x40}}, {37, {0x01}}}, {{46, le16(53)}}, 0xCF),
+         taskWith(2, {{8, {0x03}}, {11, {0x08}}, {35, {0x80}}, {10, {0xFF}}}, {{46, le16(21)}}, 0xC7)},
+        {&KVMSPIMPP15PropertyList::shared(),
+         taskWith(1, {{10, {0xFF}}, {13, {0x08}}, {24, {0x02}}, {33, {0x02}}}, {{164, le16(39)}}, 0xFF),
+         taskWith(2, {{10, {0xFD}}, {13, {0x10}}, {24, {0x04}}, {35, {0x40}}}, {{164, le16(7)}}, 0x3F)},
+        {&KVMSPIMPP16PropertyList::shared(),
+         taskWith(1, {{10, {0xFF}}, {13, {0x18}}, {24, {0x02}}, {33, {0x02}}}, {{164, le16(35)}}, 0xFF),
+         taskWith(2, {{10, {0xFD}}, {13, {0x10}}, {24, {0x04}}, {8, {0x23}}}, {{164, le16(21)}}, 0x7F)},
+    };
+    using Read = bool (KVMSPIMPPTaskReader::*)(int32_t, bool&, TVError*);
+    const std::vector<std::pair<const char*, Read>> marks = {
+        {"milestone", &KVMSPIMPPTaskReader::taskMilestone},
+        {"effort-driven", &KVMSPIMPPTaskReader::taskEffortDriven},
+        {"manual", &KVMSPIMPPTaskReader::taskManual},
+        {"estimated", &KVMSPIMPPTaskReader::taskEstimated},
+    };
+    for (const MarkLayout& layout : layouts) {
+        const TaskPlanFixture plan({layout.marked, layout.unmarked}, TaskPlanFixture::propsStream({}),
+                                   *layout.list);
+        KVMSPIMPPTaskReader& tasks = plan.tasks();
+        const auto where = [&](const std::string& what, int32_t uid) {
+            return what + " of task " + std::to_string(uid) + ", application " +
+                   std::to_string(layout.list->mppVersion());
+        };
+        for (const auto& [name, read] : marks) {
+            for (const int32_t uid : {1, 2}) {
+                bool value = uid != 1;
+                ASSERT_TRUE((tasks.*read)(uid, value, nullptr)) << where(name, uid);
+                EXPECT_EQ(value, uid == 1) << where(name, uid);
+            }
+        }
+        // Flags 1 and 11 are set on task 1, flag 2 on task 2.
+        for (const auto& [uid, flag, expected] : std::vector<std::tuple<int32_t, int32_t, bool>>{
+                 {1, 1, true}, {1, 2, false}, {1, 11, true}, {2, 1, false}, {2, 2, true}, {2, 11, false}}) {
+            bool value = !expected;
+            ASSERT_TRUE(tasks.taskFlag(flag, uid, value)) << where("flag", uid);
+            EXPECT_EQ(value, expected) << where("flag " + std::to_string(flag), uid);
+        }
     }
 }
 
