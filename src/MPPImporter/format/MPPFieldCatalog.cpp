@@ -14,12 +14,6 @@ namespace {
 using enum MPPFieldBlock;
 using enum MPPFieldCodec;
 
-constexpr int32_t kEstimatedCodes[] = {39};
-constexpr int32_t kMilestoneCodes[] = {0x63};
-// Application 15 marks a task that is not manual with this byte value.
-constexpr int32_t kNotManualCodesOf15[] = {127};
-constexpr int32_t kBaselineMarks = 11;
-
 constexpr MPPFieldTest bits(uint16_t mask) {
     return {.mask = mask};
 }
@@ -46,13 +40,15 @@ constexpr MPPFieldRow kRows[] = {
      timestamp},
     {MPPField::taskScheduledFinish, "taskScheduledFinish", kAllLayouts, fixed, kTaskScheduledFinishKey,
      timestamp},
+    // Every estimated duration format code (35 to 43 for minutes to months, 53 for the default unit)
+    // has this bit.
     {MPPField::taskEstimated,
      "taskEstimated",
      kAllLayouts,
      fixed,
      kTaskEstimatedKey,
      flag,
-     {.codes = kEstimatedCodes, .wide = true}},
+     {.mask = 0x20, .wide = true}},
     {MPPField::taskFixedCost, "taskFixedCost", kAllLayouts, fixed, kTaskFixedCostKey, hundredths},
     {MPPField::taskFixedCostAccrual, "taskFixedCostAccrual", kAllLayouts, fixed, kTaskFixedCostAccrualKey,
      int16},
@@ -76,31 +72,32 @@ constexpr MPPFieldRow kRows[] = {
      timestamp},
     {MPPField::taskPreLeveledStart, "taskPreLeveledStart", kAllLayouts, var, kTaskPreLeveledStartKey,
      timestamp},
-    {MPPField::taskEffortDriven, "taskEffortDriven", kAllLayouts, fixedMeta, kTaskEffortDrivenKey, flag,
-     bits(0x10)},
-    // From format 12 on a milestone carries one whole byte value; format 9 has a bit.
-    {MPPField::taskMilestone,
-     "taskMilestone",
-     {12, 14, 15, 16},
+    // Applications 15 and 16 use bit 4 of the byte for something else.
+    {MPPField::taskEffortDriven,
+     "taskEffortDriven",
+     {9, 12, 14},
      fixedMeta,
-     kTaskMilestoneKey,
+     kTaskEffortDrivenKey,
      flag,
-     {.codes = kMilestoneCodes}},
-    {MPPField::taskMilestone, "taskMilestone", {9}, fixedMeta, kTaskMilestoneKey, flag, bits(0x02)},
+     bits(0x10)},
+    {MPPField::taskEffortDriven,
+     "taskEffortDriven",
+     {15, 16},
+     fixedMeta,
+     kTaskEffortDrivenKey,
+     flag,
+     bits(0x08)},
+    // Milestones of formats 9 to 14 hold 0x23 as well as 0x63 in their byte, those of applications 15
+    // and 16 0xFF.
+    {MPPField::taskMilestone, "taskMilestone", {9, 12, 14}, fixedMeta, kTaskMilestoneKey, flag, bits(0x20)},
+    {MPPField::taskMilestone, "taskMilestone", {15, 16}, fixedMeta, kTaskMilestoneKey, flag, bits(0x02)},
     {MPPField::taskExpanded, "taskExpanded", kAllLayouts, fixedMeta, kTaskExpandedKey, flag, bits(0x02)},
     {MPPField::taskHammockMark, "taskHammockMark", kAllLayouts, fixedMeta, kTaskHammockMarkKey, ubyte},
     {MPPField::taskHammockSide, "taskHammockSide", kAllLayouts, fixedMeta, kTaskHammockSideKey, ubyte},
-    {MPPField::taskManual, "taskManual", {9, 12, 14, 16}, fixed2, kTaskManualKey, flag, bits(0x08)},
-    {MPPField::taskManual,
-     "taskManual",
-     {15},
-     fixed2,
-     kTaskManualKey,
-     flag,
-     {.codes = kNotManualCodesOf15, .negated = true}},
-    // The mark of baseline n (0 to 10) is member n of the group.
-    {MPPField::taskHasBaseline, "taskHasBaseline", kAllLayouts, fixed2, kTaskHasBaselineBaseKey, flag,
-     bits(0xFF), kBaselineMarks},
+    // Bit 3 of 0xC7 or 0xCF in application 14, bit 7 of 0x7F or 0xFF in applications 15 and 16. (Byte 8
+    // of the Fixed2 data item lies inside the task's GUID.)
+    {MPPField::taskManual, "taskManual", {14}, fixed2Meta, kTaskManualKey, flag, bits(0x08)},
+    {MPPField::taskManual, "taskManual", {15, 16}, fixed2Meta, kTaskManualKey, flag, bits(0x80)},
 
     // Resource cost and rates are read as stored; units in hundredths.
     {MPPField::resourceCost, "resourceCost", kAllLayouts, fixed, kResourceCostKey, float64},
@@ -145,20 +142,12 @@ int64_t flagValue(const MPPFieldTest& test, MPPConstBytes data) {
 }
 
 bool flagAnswer(const MPPFieldTest& test, int64_t value) {
-    const bool set = test.mask != 0
-                         ? (value & test.mask) != 0
-                         : std::find(test.codes.begin(), test.codes.end(), value) != test.codes.end();
-    return set != test.negated;
+    return (value & test.mask) != 0;
 }
 
-// The stored value of a flag: its bits set or cleared in `current`, or the first code for a set flag
-// and 0, which no code table holds, for a clear one.
+// The stored value of a flag: its bits set or cleared in `current`.
 int64_t storedFlag(const MPPFieldTest& test, bool value, int64_t current) {
-    const bool set = value != test.negated;
-    if (test.mask != 0) {
-        return set ? (current | test.mask) : (current & ~int64_t{test.mask});
-    }
-    return set ? test.codes.front() : 0;
+    return value ? (current | test.mask) : (current & ~int64_t{test.mask});
 }
 
 template <typename Value>
@@ -174,7 +163,7 @@ std::span<const MPPFieldRow> mppFieldCatalog() {
     return kRows;
 }
 
-std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t index) {
+std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version) {
     const MPPVersionTables* tables = mppVersionTables(version);
     if (tables == nullptr) {
         return std::nullopt;
@@ -183,12 +172,8 @@ std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int3
         if (row.field != field || !row.layouts.contains(version)) {
             continue;
         }
-        if (index < 0 || index >= row.count) {
-            return std::nullopt;
-        }
-        const int32_t key = row.key + index;
-        const auto position = row.block == var ? mppPropertyID(tables->keyColumn, key)
-                                               : mppPropertyOffset(tables->keyColumn, key);
+        const auto position = row.block == var ? mppPropertyID(tables->keyColumn, row.key)
+                                               : mppPropertyOffset(tables->keyColumn, row.key);
         if (!position) {
             return std::nullopt;
         }

@@ -41,12 +41,10 @@ enum class MPPFieldCodec : uint8_t {
     bytes,      // the whole block; variable data only
 };
 
-// The test of a flag: set when (value & mask) != 0, or, without a mask, when the value is one of
-// `codes`; `negated` turns the answer round. The value is a byte, or a 16-bit word when `wide`.
+// The test of a flag: set when (value & mask) != 0, where the value is a byte, or a 16-bit word when
+// `wide`.
 struct MPPFieldTest {
     uint16_t mask = 0;
-    std::span<const int32_t> codes;
-    bool negated = false;
     bool wide = false;
 };
 
@@ -116,7 +114,6 @@ enum class MPPField : uint16_t {
     taskHammockMark,
     taskHammockSide,
     taskManual,
-    taskHasBaseline,
     resourceCost,
     resourceWork,
     resourceCostPerUse,
@@ -149,11 +146,10 @@ struct MPPFieldRow {
     const char* name;
     MPPLayoutSet layouts;
     MPPFieldBlock block;
-    // The property key; a group of `count` fields lies at the keys key to key + count - 1.
+    // The property key, whose offset or property number per layout the key tables give.
     int32_t key;
     MPPFieldCodec codec;
     MPPFieldTest test = {};
-    int32_t count = 1;
 };
 
 // Where a field lies in one layout: its row, and the offset (fixed blocks) or the property number
@@ -165,9 +161,8 @@ struct MPPFieldPlace {
 
 std::span<const MPPFieldRow> mppFieldCatalog();
 
-// The place of `field` (member `index` of its group) in layout `version`; none where the layout
-// doesn't hold it.
-std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t index = 0);
+// The place of `field` in layout `version`; none where the layout doesn't hold it.
+std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version);
 
 // The bytes that a row's value takes in its block; 0 for text and whole blocks, whose size is the
 // block's.
@@ -180,6 +175,6 @@ using MPPFieldValue =
 
 // Decodes the value of a row from the bytes at its place; `bytes` holds at least mppFieldSize(row).
 MPPFieldValue decodeMPPField(const MPPFieldRow& row, MPPConstBytes bytes);
-// Encodes a value of the row's kind at its place; a flag with a mask sets or clears only its bits
-// and leaves the rest of the byte as it is. Text and whole blocks need a span of their encoded size.
+// Encodes a value of the row's kind at its place; a flag sets or clears only its bits and leaves the
+// rest of its byte as it is. Text and whole blocks need a span of their encoded size.
 void encodeMPPField(const MPPFieldRow& row, const MPPFieldValue& value, MPPMutableBytes bytes);

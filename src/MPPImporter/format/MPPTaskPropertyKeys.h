@@ -25,8 +25,6 @@ enum MPPTaskPropertyKey : int32_t {
     kTaskBaselineFinishGroupKey = 142,
     kTaskBaselineStartGroupKey = 154,
     kTaskBaselineWorkGroupKey = 166,
-    // The presence mark of baseline n (0 to 10) in the Fixed2 item is at this key plus n.
-    kTaskHasBaselineBaseKey = 178,
     kTaskConstraintDateKey = 189,
     kTaskConstraintTypeKey = 190,
     kTaskDurationKey = 192,

@@ -26,6 +26,9 @@ constexpr std::array<uint8_t, 20> kFlagMask9 = {0x20, 0x40, 0x80, 0x01, 0x02, 0x
                                                 0x80, 0x01, 0x02, 0x04, 0x08, 0x10, 0x20, 0x40, 0x80, 0x01};
 constexpr std::array<uint8_t, 20> kFlagMask14 = {0x40, 0x80, 0x01, 0x02, 0x04, 0x08, 0x10, 0x20, 0x40, 0x80,
                                                  0x01, 0x02, 0x04, 0x08, 0x10, 0x20, 0x40, 0x80, 0x01, 0x02};
+// Applications 15 and 16 keep flags 1 to 10 in two bytes from bit 1 on, and flags 11 to 20 likewise.
+constexpr std::array<uint8_t, 20> kFlagMask15 = {0x02, 0x04, 0x08, 0x10, 0x20, 0x40, 0x80, 0x01, 0x02, 0x04,
+                                                 0x02, 0x04, 0x08, 0x10, 0x20, 0x40, 0x80, 0x01, 0x02, 0x04};
 
 constexpr MPPVersionTables kTables9 = {
     .mppVersion = kMSPDIVersion_2003,
@@ -111,7 +114,7 @@ constexpr MPPVersionTables kTables15 = {
     .taskFixedDataMinItemSize = 194,
     .calendarFixedDataMinItemSize = 12,
     .calendarWeekDayWorkingTimesOffset = 0,
-    .taskFlagMask = kFlagMask14,
+    .taskFlagMask = kFlagMask15,
 };
 
 // Application 16 writes what 15 writes, except that its later releases lengthen the Fixed2 meta items

@@ -58,16 +58,14 @@ void KVMSPIMPPTaskReader::sortUniqueIDsByTaskID() {
     });
 }
 
-// The task with UID 0 carries one mark for each baseline that the plan holds; only those baselines
-// are read, and of them only the copies of tasks that hold data.
+// The files don't give the task with UID 0 a mark for each baseline: a task's Fixed2 meta item holds
+// bit fields of the baseline values it has, and where they lie shifts with the application version
+// and the item size, while plans whose baselines were set field by field leave the summary task
+// unmarked. So every valid task's copy of each baseline is read, and a baseline exists when some task
+// holds data in it.
 void KVMSPIMPPTaskReader::readBaselines() {
     tvLog("      Reading task baselines......");
     for (int32_t number = 0; number < kBaselineCount; ++number) {
-        bool marked = false;
-        if (!hasBaseline(0, number, marked) || !marked) {
-            tvLog(stringWithFormat("        No baseline %d", number));
-            continue;
-        }
         BaselineReaders& readers = m_baselineReaders[static_cast<size_t>(number)];
         for (int32_t uid : m_uniqueIDs) {
             if (!isValidUID(uid)) {
@@ -77,6 +75,9 @@ void KVMSPIMPPTaskReader::readBaselines() {
             if (reader->hasBaselineData()) {
                 readers.emplace(uid, std::move(reader));
             }
+        }
+        if (readers.empty()) {
+            tvLog(stringWithFormat("        No baseline %d", number));
         }
     }
 }
@@ -467,9 +468,13 @@ bool KVMSPIMPPTaskReader::taskManual(int32_t uid, bool& value, TVError* error) {
     return m_reads.read(MPPField::taskManual, uid, value, error);
 }
 
-// The presence mark of a baseline in the task's Fixed2 item.
-bool KVMSPIMPPTaskReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* error) {
-    return m_reads.read(MPPField::taskHasBaseline, uid, value, error, index);
+// Whether the task holds data in the baseline, as read at open.
+bool KVMSPIMPPTaskReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* /*error*/) {
+    if (index < 0 || index >= kBaselineCount || !isValidUID(uid)) {
+        return false;
+    }
+    value = m_baselineReaders[static_cast<size_t>(index)].count(uid) != 0;
+    return true;
 }
 
 bool KVMSPIMPPTaskReader::taskIsNull(int32_t uid, bool& value, TVError* /*error*/) {

@@ -37,6 +37,7 @@ public:
 
 private:
     void readCustomFieldBaseline();
+    void readExtendedFieldBaseline();
     void readBaseline0();
 
     bool m_hasCost = false;

@@ -72,9 +72,8 @@ bool assign(const MPPFieldValue& decoded, Value& value, const MPPFieldRow& row) 
 } // namespace
 
 template <typename Value>
-bool MPPObjectFieldReads::read(MPPField field, int32_t uid, Value& value, TVError* error,
-                               int32_t index) const {
-    const auto place = mppFieldPlace(field, m_store.MPPPropertyList().mppVersion(), index);
+bool MPPObjectFieldReads::read(MPPField field, int32_t uid, Value& value, TVError* error) const {
+    const auto place = mppFieldPlace(field, m_store.MPPPropertyList().mppVersion());
     if (!place) {
         return false;
     }
@@ -95,15 +94,15 @@ bool MPPObjectFieldReads::read(MPPField field, int32_t uid, Value& value, TVErro
     }
 }
 
-template bool MPPObjectFieldReads::read(MPPField, int32_t, bool&, TVError*, int32_t) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, uint8_t&, TVError*, int32_t) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, int16_t&, TVError*, int32_t) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, int32_t&, TVError*, int32_t) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, int64_t&, TVError*, int32_t) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, double&, TVError*, int32_t) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, TVDate&, TVError*, int32_t) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, std::string&, TVError*, int32_t) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, std::vector<uint8_t>&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, bool&, TVError*) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, uint8_t&, TVError*) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, int16_t&, TVError*) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, int32_t&, TVError*) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, int64_t&, TVError*) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, double&, TVError*) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, TVDate&, TVError*) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, std::string&, TVError*) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, std::vector<uint8_t>&, TVError*) const;
 
 const KVMPPDataReader* MPPObjectFieldReads::readerOf(MPPFieldBlock block) const {
     switch (block) {

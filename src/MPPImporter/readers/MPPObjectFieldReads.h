@@ -25,11 +25,11 @@ public:
     explicit MPPObjectFieldReads(const KVMSPIMPPDataDirectoryReader& store) : m_store(store) {}
 
     // Reads a field by its catalogue row for the store's layout, which picks the block, the place and
-    // the codec; `index` picks the member of a group. `Value` is bool, an integer type, double,
+    // the codec. `Value` is bool, an integer type, double,
     // TVDate, std::string (text) or a byte vector (a whole block). A field that the layout doesn't
     // hold answers false, as does a null date.
     template <typename Value>
-    bool read(MPPField field, int32_t uid, Value& value, TVError* error, int32_t index = 0) const;
+    bool read(MPPField field, int32_t uid, Value& value, TVError* error) const;
 
     bool fixedDouble(int32_t key, int32_t uid, double& value, TVError* error) const;
     bool fixedInt(int32_t key, int32_t uid, int32_t& value, TVError* error) const;

@@ -16,7 +16,7 @@ namespace {
 constexpr int32_t kParentOffset = 36;
 constexpr int32_t kOutlineLevelOffset = 40;
 constexpr int32_t kDurationOffset = 42;
-constexpr int32_t kStartOffset = 64;
+constexpr int32_t kStartOffset = 106;
 constexpr int32_t kWorkOffset = 126;
 constexpr int32_t kMilestoneMetaOffset = 8;
 constexpr int32_t kEffortDrivenMetaOffset = 11;
@@ -27,10 +27,6 @@ constexpr int32_t kBaseline0DurationProperty = 27;
 constexpr int32_t kBaseline0StartProperty = 43;
 constexpr int32_t kBaseline1CostProperty = 484;
 constexpr int32_t kBaseline2StartProperty = 493;
-constexpr int32_t kBaseline3StartProperty = 504;
-// The presence marks of baselines 0 and 2 in a format 14 Fixed2 item.
-constexpr int32_t kBaseline0MarkOffset = 76;
-constexpr int32_t kBaseline2MarkOffset = 78;
 
 constexpr TVTimeSpan kHour = 3600LL * 1000000;
 
@@ -57,22 +53,19 @@ protected:
     ~QuietLog() override { tvSetLogSink(nullptr); }
 };
 
-// UID 0 summarises the plan, holds no baseline values and marks baselines 0 and 2. UID 7 (ID 2) is a
-// child of UID 0 with stored values, baseline 0 values and its mark, a baseline 1 cost alone, a
-// baseline 2 start, a baseline 3 start that no mark announces, and custom fields; UID 3 (ID 1), a
-// child of UID 7, has neither baseline nor custom values.
+// UID 0 summarises the plan and holds no baseline. UID 7 (ID 2) is a child of UID 0 with stored
+// values, baseline 0 values, a baseline 1 cost alone, a baseline 2 start and custom fields; UID 3
+// (ID 1), a child of UID 7, has neither baseline nor custom values.
 std::vector<FixtureTask> plan() {
     const KVMSPIMPPPropertyList& list = KVMSPIMPP14PropertyList::shared();
     FixtureTask top = fixtureTask(0, 0);
     top.data[kParentOffset] = le32(0xFFFFFFFF);
-    top.fixed2 = {{kBaseline0MarkOffset, {1}}, {kBaseline2MarkOffset, {1}}};
     FixtureTask seven = fixtureTask(7, 2);
     seven.data = {{kParentOffset, le32(0)},
                   {kOutlineLevelOffset, le16(1)},
                   {kDurationOffset, le32(4800)},
                   {kStartOffset, mppTimestamp(11000, 4800)},
                   {kWorkOffset, leDouble(960000)}};
-    seven.fixed2 = {{kBaseline0MarkOffset, {1}}};
     seven.meta = {
         {kMilestoneMetaOffset, {0x63}}, {kEffortDrivenMetaOffset, {0x10}}, {kFlag1MetaOffset, {0x40}}};
     seven.var = {{kNameProperty, {'S', 0, 'e', 0, 'v', 0, 'e', 0, 'n', 0, 0, 0}},
@@ -81,7 +74,6 @@ std::vector<FixtureTask> plan() {
                  {kBaseline0StartProperty, mppTimestamp(10990, 4800)},
                  {kBaseline1CostProperty, leDouble(700)},
                  {kBaseline2StartProperty, mppTimestamp(10980, 4800)},
-                 {kBaseline3StartProperty, mppTimestamp(10970, 4800)},
                  {firstProperty(list.taskDurationCustomFields()), le32(4800)},
                  {firstProperty(list.taskNumberCustomFields()), leDouble(2.5)},
                  // A text field that refers to outline code 9, in a plan without an outline code store.
@@ -134,7 +126,7 @@ TEST_F(KVMSPIMPPTaskReaderTest, MetaFlagsUseTheirMasksAndMarks) {
     bool value = false;
     ASSERT_TRUE(tasks().taskMilestone(7, value));
     EXPECT_TRUE(value);
-    // From format 12 on only the whole mark 0x63 makes a milestone, not bit 1.
+    // Bit 5 marks a milestone in format 14; bit 1 is the mark of applications 15 and 16.
     ASSERT_TRUE(tasks().taskMilestone(3, value));
     EXPECT_FALSE(value);
     ASSERT_TRUE(tasks().taskEffortDriven(7, value));
@@ -156,15 +148,12 @@ TEST_F(KVMSPIMPPTaskReaderTest, MetaFlagsUseTheirMasksAndMarks) {
     EXPECT_TRUE(error.domain.empty());
 }
 
-TEST_F(KVMSPIMPPTaskReaderTest, BaselinesMarkedOnTheSummaryTaskAreReadForTasksWithData) {
-    // Baselines 0 and 2 are marked and read where a task holds data in them. Baseline 1 holds a cost
-    // alone, which is no baseline data without a start, a finish or a duration; baseline 3 has data
-    // but no mark.
+TEST_F(KVMSPIMPPTaskReaderTest, BaselinesAreFoundByTheDataOfEachTask) {
+    // The summary task marks none of them, yet baselines 0 and 2 are read; baseline 1 holds a cost
+    // alone, which is no baseline data without a start, a finish or a duration.
     EXPECT_EQ(tasks().readersForBaseline(0).size(), 1U);
     EXPECT_TRUE(tasks().readersForBaseline(1).empty());
-    EXPECT_EQ(tasks().readersForBaseline(2).size(), 1U);
     EXPECT_EQ(tasks().readersForBaseline(2).count(7), 1U);
-    EXPECT_TRUE(tasks().readersForBaseline(3).empty());
     EXPECT_THROW(tasks().readersForBaseline(11), TVException);
 
     auto has = [this](int32_t uid, int32_t number) {
@@ -172,13 +161,11 @@ TEST_F(KVMSPIMPPTaskReaderTest, BaselinesMarkedOnTheSummaryTaskAreReadForTasksWi
         EXPECT_TRUE(tasks().hasBaseline(uid, number, value));
         return value;
     };
-    // Each task answers its own marks.
-    EXPECT_TRUE(has(0, 0));
-    EXPECT_FALSE(has(0, 1));
-    EXPECT_TRUE(has(0, 2));
     EXPECT_TRUE(has(7, 0));
-    EXPECT_FALSE(has(7, 2));
-    EXPECT_FALSE(has(3, 0));
+    EXPECT_FALSE(has(7, 1));
+    EXPECT_TRUE(has(7, 2));
+    EXPECT_FALSE(has(0, 0));
+    EXPECT_FALSE(has(3, 2));
     bool value = false;
     EXPECT_FALSE(tasks().hasBaseline(7, 11, value));
     EXPECT_FALSE(tasks().hasBaseline(99, 0, value));
@@ -209,8 +196,6 @@ TEST_F(KVMSPIMPPTaskReaderTest, BaselineFieldsFollowTheSelectedBaseline) {
     m_plan.project().setBaselineNumber(2);
     ASSERT_TRUE(tasks().taskStart(7, date));
     EXPECT_EQ(date, mppDate(10980, 4800));
-    m_plan.project().setBaselineNumber(3);
-    EXPECT_FALSE(tasks().taskStart(7, date)) << "no mark, so the stored value isn't read";
     m_plan.project().setBaselineNumber(-1);
     ASSERT_TRUE(tasks().taskStart(7, date));
     EXPECT_EQ(date, mppDate(11000, 4800));

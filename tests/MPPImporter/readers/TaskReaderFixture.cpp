@@ -103,7 +103,7 @@ TaskPlanFixture::TaskPlanFixture(const std::vector<FixtureTask>& tasks, const MP
         data[idFirst ? 0 : 4] = le32(static_cast<uint32_t>(task.id));
         dataItems.push_back(item(kDataItemSize, data));
         fixed2MetaItems.push_back(item(fixed2MetaItemSize, task.fixed2Meta));
-        fixed2Items.push_back(item(kFixed2ItemSize, task.fixed2));
+        fixed2Items.push_back(item(kFixed2ItemSize, {}));
         for (const auto& [property, block] : task.var) {
             varItems.u32(static_cast<uint32_t>(task.uid))
                 .u32(static_cast<uint32_t>(varData.data().size()))

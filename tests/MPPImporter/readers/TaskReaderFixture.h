@@ -16,15 +16,14 @@ class KVMSPIMPPPropertyList;
 class KVMSPIMPPTaskReader;
 
 // One task of a format 14 plan written for a test: its fixed item of 206 bytes, its meta item of 47
-// bytes, its second fixed item of 96 bytes and its second meta item, each given as bytes at offsets; and its
-// variable data blocks by property number. The fixture writes the UID and the ID where the version keeps
-// them.
+// bytes and its Fixed2 meta item of the layout's size, each given as bytes at offsets (its Fixed2 data
+// item of 96 bytes is left zero); and its variable data blocks by property number. The fixture writes
+// the UID and the ID where the version keeps them.
 struct FixtureTask {
     int32_t uid = 0;
     int32_t id = 0;
     std::map<int32_t, std::vector<uint8_t>> data;
     std::map<int32_t, std::vector<uint8_t>> meta;
-    std::map<int32_t, std::vector<uint8_t>> fixed2;
     std::map<int32_t, std::vector<uint8_t>> fixed2Meta;
     std::map<int32_t, std::vector<uint8_t>> var;
 };
