@@ -1,4 +1,4 @@
-#include "MPPImporter/readers/MPPExtendedFieldBlock.h"
+#include "MPPImporter/format/MPPExtendedFieldBlock.h"
 
 #include "MPPImporter/file/StreamFileFixture.h"
 
