@@ -1,8 +1,7 @@
 #include "MPPImporter/format/MPPExtendedFieldBlock.h"
 
-#include "MPPImporter/file/StreamFileFixture.h"
+#include "MPPImporter/format/MPPValueCodecs.h"
 
-#include <cstring>
 #include <gtest/gtest.h>
 
 namespace {
@@ -11,20 +10,23 @@ constexpr uint32_t kCostField = 0x0B4001E4;
 constexpr uint32_t kDurationField = 0x0B4001E7;
 constexpr uint32_t kStartField = 0x0B4001E2;
 
-ByteWriter& putDouble(ByteWriter& writer, double value) {
-    std::vector<uint8_t> bytes(sizeof value);
-    std::memcpy(bytes.data(), &value, sizeof value);
-    return writer.bytes(bytes);
+// Little-endian bytes of the numbers given, each of its own width.
+template <typename... Numbers>
+std::vector<uint8_t> bytesOf(Numbers... numbers) {
+    std::vector<uint8_t> bytes;
+    const auto append = [&bytes](auto number) {
+        bytes.resize(bytes.size() + sizeof number);
+        encodeMPPNumber(number, std::span(bytes).last(sizeof number));
+    };
+    (append(numbers), ...);
+    return bytes;
 }
 
 // Three fields as a format 9 task saves them: cost 2.5 at 32, duration 4800 at 40, and a start of
 // 08:00 on day 11000 at 44.
 std::vector<uint8_t> threeFields() {
-    ByteWriter writer;
-    writer.u32(48).u32(3);
-    writer.u32(kCostField).u32(32).u32(kDurationField).u32(40).u32(kStartField).u32(44);
-    putDouble(writer, 2.5).u32(4800).u16(4800).u16(11000);
-    return writer.data();
+    return bytesOf(48u, 3u, kCostField, 32u, kDurationField, 40u, kStartField, 44u, 2.5, 4800u,
+                   uint16_t{4800}, uint16_t{11000});
 }
 
 TEST(MPPExtendedFieldBlock, ValuesAreFoundByTheirFieldIDs) {
@@ -42,20 +44,16 @@ TEST(MPPExtendedFieldBlock, ReadsStayInsideTheBlock) {
     bytes.resize(46);
     EXPECT_FALSE(MPPExtendedFieldBlock(bytes).timestampValue(kStartField));
     EXPECT_EQ(MPPExtendedFieldBlock(bytes).intValue(kDurationField), 4800);
-    ByteWriter beyond;
-    beyond.u32(16).u32(1).u32(kCostField).u32(0xFFFFFFF0);
-    EXPECT_FALSE(MPPExtendedFieldBlock(beyond.data()).doubleValue(kCostField));
-    ByteWriter endless;
-    endless.u32(16).u32(0xFFFFFFFF).u32(kDurationField).u32(0);
-    EXPECT_EQ(MPPExtendedFieldBlock(endless.data()).intValue(kDurationField), 16);
-    EXPECT_FALSE(MPPExtendedFieldBlock(endless.data()).intValue(kCostField));
+    EXPECT_FALSE(MPPExtendedFieldBlock(bytesOf(16u, 1u, kCostField, 0xFFFFFFF0u)).doubleValue(kCostField));
+    const auto endless = bytesOf(16u, 0xFFFFFFFFu, kDurationField, 0u);
+    EXPECT_EQ(MPPExtendedFieldBlock(endless).intValue(kDurationField), 16);
+    EXPECT_FALSE(MPPExtendedFieldBlock(endless).intValue(kCostField));
     EXPECT_FALSE(MPPExtendedFieldBlock({1, 0, 0}).intValue(kCostField));
 }
 
 TEST(MPPExtendedFieldBlock, NullDateIsNoValue) {
-    ByteWriter writer;
-    writer.u32(20).u32(1).u32(kStartField).u32(16).u16(0xFFFF).u16(0xFFFF);
-    EXPECT_FALSE(MPPExtendedFieldBlock(writer.data()).timestampValue(kStartField));
+    const auto nullDate = bytesOf(20u, 1u, kStartField, 16u, 0xFFFFFFFFu);
+    EXPECT_FALSE(MPPExtendedFieldBlock(nullDate).timestampValue(kStartField));
 }
 
 } // namespace
