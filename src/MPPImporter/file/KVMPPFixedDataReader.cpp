@@ -118,6 +118,9 @@ void KVMPPFixedDataReader::makeUidMap(const std::vector<int32_t>& firstFields,
         _indexMap = std::make_shared<MPPIndexMap>();
     }
     _nullIDs.clear();
+    // Behind the leading items, the first field 4 of a task store marks a null task, a blank row that
+    // keeps its UID and ID (the application lists it as a null task); other stores hold no object there.
+    const bool holdsNullTasks = _dataDirectoryReader != nullptr && _dataDirectoryReader->holdsNullTasks();
 
     int64_t current = count > 0 ? dataItemOffsets[0] : 0;
     for (int64_t index = 0; index < count; ++index) {
@@ -139,7 +142,7 @@ void KVMPPFixedDataReader::makeUidMap(const std::vector<int32_t>& firstFields,
         }
         const int32_t firstField = firstFields[static_cast<size_t>(index)];
         if (index >= _firstIndex && firstField != kFixedMetaFirstFieldGap &&
-            firstField != kFixedMetaFirstFieldHeader) {
+            (firstField != kFixedMetaFirstFieldHeader || holdsNullTasks)) {
             const int32_t uid =
                 uidOfItem(index, firstField, static_cast<int32_t>(current), static_cast<int32_t>(size));
             if (uid >= 0) {

@@ -4,8 +4,10 @@
 
 namespace {
 
+// The low half marks a deleted task (2 or 6); the high half may hold anything then.
 bool holdsNoTaskObject(int32_t metaFirstField) {
-    return metaFirstField == 2 || metaFirstField == 6;
+    const int32_t mark = metaFirstField & 0xFFFF;
+    return mark == 2 || mark == 6;
 }
 
 } // namespace

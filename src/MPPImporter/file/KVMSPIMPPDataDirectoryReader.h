@@ -35,6 +35,9 @@ public:
                                 int32_t dataItemSize, int64_t* objectID, bool* isNull,
                                 KVMPPDataReader& caller) const;
 
+    // True for the task store, whose fixed items include null tasks.
+    bool holdsNullTasks() const { return m_kind == Kind::task; }
+
     KVMPPFixedDataReader* fixedDataReader() const { return m_fixedDataReader.get(); }
     KVMPPFixedDataReader* fixed2DataReader() const { return m_fixed2DataReader.get(); }
     KVMPPVarDataReader* varDataReader() const { return m_varDataReader.get(); }

@@ -158,8 +158,9 @@ int32_t KVMSPIMPPPropertyList::taskUIDFromStream(SSLStream& stream, int32_t meta
         if (dataItemSize != rules.alwaysReadItemSize && dataItemSize < minSize) {
             return -1;
         }
-        // Applications 15 and 16 put the object id before the UID.
-        uidFirst = appVersion != kMSPDIVersion_2013 && appVersion != kMSPDIVersion_2016;
+        // The layouts of applications 15 and 16 put the object id before the UID; their copies in
+        // formats 9 and 12 keep the UID first.
+        uidFirst = mppVersion() != kMSPDIVersion_2013 && mppVersion() != kMSPDIVersion_2016;
     }
 
     return readUIDAndObjectID(stream, uidFirst, objectID, domain, caller);

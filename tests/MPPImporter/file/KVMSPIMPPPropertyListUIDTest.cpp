@@ -68,11 +68,13 @@ TEST_F(KVMSPIMPPPropertyListUIDTest, TaskItemsAreToldApartByTheirMetaFirstField)
     EXPECT_EQ(normal.objectID, 8);
     EXPECT_FALSE(normal.isNull);
 
-    // Applications 15 and 16 store the object id first.
+    // The layouts of applications 15 and 16 store the object id first; their format 9 and 12 copies
+    // keep the UID first.
     EXPECT_EQ(task(list15, 0x20, 194, 15).uid, 8);
     EXPECT_EQ(task(list15, 0x20, 194, 15).objectID, 7);
     EXPECT_EQ(task(list16, 0x20, 194, 16).uid, 8);
-    EXPECT_EQ(task(list9, 0x20, 240, 15).uid, 8);
+    EXPECT_EQ(task(list9, 0x20, 240, 15).uid, 7);
+    EXPECT_EQ(task(list12, 0x20, 264, 16).uid, 7);
 }
 
 TEST_F(KVMSPIMPPPropertyListUIDTest, TaskItemsBelowTheMinimumSizeHoldNoObject) {
@@ -83,9 +85,11 @@ TEST_F(KVMSPIMPPPropertyListUIDTest, TaskItemsBelowTheMinimumSizeHoldNoObject) {
     EXPECT_EQ(task(list14, 0x20, 240, 12).uid, 7);
     EXPECT_EQ(task(list14, 0x20, 100, 13).uid, 7) << "no list for 13, so no minimum";
 
-    // Format 9 skips first fields 2 and 6 only, and always reads an 8-byte item.
+    // Format 9 skips the deleted marks 2 and 6 in the low half only, and always reads an 8-byte item.
     EXPECT_EQ(task(list9, 2, 240, 9).uid, -1);
     EXPECT_EQ(task(list9, 6, 240, 9).uid, -1);
+    EXPECT_EQ(task(list9, 0x1000002, 264, 15).uid, -1);
+    EXPECT_EQ(task(list9, 0x656C0006, 8, 15).uid, -1);
     EXPECT_EQ(task(list9, 3, 240, 9).uid, 7);
     EXPECT_EQ(task(list9, 0x20, 8, 9).uid, 7);
     EXPECT_EQ(task(list9, 0x20, 16, 9).uid, -1);
