@@ -35,6 +35,10 @@ public:
                                 int32_t dataItemSize, int64_t* objectID, bool* isNull,
                                 KVMPPDataReader& caller) const;
 
+    // The property number of this version's list for what the variable data keeps under `stored`: the
+    // same, but where the application that saved the file numbers this kind's data otherwise.
+    int32_t listPropertyOfStored(int32_t stored) const;
+
     KVMPPFixedDataReader* fixedDataReader() const { return m_fixedDataReader.get(); }
     KVMPPFixedDataReader* fixed2DataReader() const { return m_fixed2DataReader.get(); }
     KVMPPVarDataReader* varDataReader() const { return m_varDataReader.get(); }

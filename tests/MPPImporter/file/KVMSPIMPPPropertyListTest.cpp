@@ -179,7 +179,7 @@ const std::vector<Row>& propertyOffsetRows() {
         single(55, {44, 44, 44, 8, 8}),
         single(56, {28, 28, 28, 16, 16}),
         single(57, {14, 14, 14, 170, 170}),
-        single(58, {kNo, kNo, 8, 8, 8}),
+        single(58, {kNo, 8, 8, 8, 8}),
         single(59, {0, 0, 0, 4, 4}),
         single(60, {52, 52, 52, 48, 48}),
         single(61, {kNo, kNo, 20, 158, 158}),
@@ -395,13 +395,28 @@ void expectCustomFields(std::span<const MPPCustomFieldRecord> actual, const std:
     }
 }
 
-// From version 12 on, a custom field that shares its number with a resource's name, notes, mail
-// address, availability or baseline values would read that value as a field. (Version 9 numbers the
-// resource's own properties differently and shares the field table of the later versions.)
+TEST(KVMSPIMPPPropertyListTest, DowngradedCopiesOfApplications15And16) {
+    constexpr int32_t kCostPerUse = 53, kMaxUnits = 55;
+    // Their resource items are cut to 172 bytes, 8 of them in front of the cost per use.
+    EXPECT_EQ(listOfVersion(12).resourceMinItemSizeForAppVersion(15), 172);
+    EXPECT_EQ(listOfVersion(9).resourceMinItemSizeForAppVersion(14), 188);
+    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 15), 76u);
+    EXPECT_EQ(listOfVersion(9).propertyOffsetForAppVersion(kCostPerUse, 16), 76u);
+    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 14), 84u);
+    EXPECT_EQ(listOfVersion(15).propertyOffsetForAppVersion(kCostPerUse, 15), 72u);
+    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kMaxUnits, 15), 44u);
+    // Format 9 copies number the resources' variable data 2 higher; format 12 copies don't.
+    EXPECT_EQ(listOfVersion(9).resourceVarDataNumberingShiftForAppVersion(15), 2);
+    EXPECT_EQ(listOfVersion(9).resourceVarDataNumberingShiftForAppVersion(14), 0);
+    EXPECT_EQ(listOfVersion(12).resourceVarDataNumberingShiftForAppVersion(16), 0);
+}
+
+// A custom field that shares its number with a resource's name, notes, mail address, availability or
+// baseline values would read that value as a field.
 TEST(KVMSPIMPPPropertyListTest, ResourceCustomFieldNumbersAreDistinctFromResourceProperties) {
     constexpr int32_t kAvailability = 63, kEmailAddress = 101, kName = 102, kNotes = 103;
     constexpr int32_t kBaselineCostGroup = 64, kBaselineWorkGroup = 76;
-    for (const KVMSPIMPPPropertyList* list : std::span(allLists()).subspan(1)) {
+    for (const KVMSPIMPPPropertyList* list : allLists()) {
         std::map<int64_t, std::string> owners;
         const auto claim = [&](int64_t number, const std::string& owner) {
             const auto [found, inserted] = owners.emplace(number, owner);
@@ -429,8 +444,8 @@ TEST(KVMSPIMPPPropertyListTest, ResourceCustomFieldNumbersAreDistinctFromResourc
     }
 }
 
-TEST(KVMSPIMPPPropertyListTest, ResourceCustomFieldsAreTheSameInEveryVersion) {
-    for (const KVMSPIMPPPropertyList* list : allLists()) {
+TEST(KVMSPIMPPPropertyListTest, ResourceCustomFieldsFromVersion12On) {
+    for (const KVMSPIMPPPropertyList* list : std::span(allLists()).subspan(1)) {
         expectCustomFields(list->resourceCostCustomFields(), "RESOURCE_COST", 10,
                            {{1, 3, 123, 125, 1}, {4, 10, 166, 172, 1}});
         expectCustomFields(list->resourceDateCustomFields(), "RESOURCE_DATE", 10, {{1, 10, 173, 182, 1}});
