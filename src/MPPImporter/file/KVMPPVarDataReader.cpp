@@ -125,7 +125,10 @@ void KVMPPVarDataReader::makeUidPropertyMap() {
         if (heldSize <= 0 || blockOffset > std::numeric_limits<int32_t>::max()) {
             continue;
         }
-        _uidPropMap.try_emplace(Key{entry.uid, entry.property},
+        const int32_t property = _dataDirectoryReader != nullptr
+                                     ? _dataDirectoryReader->listPropertyOfStored(entry.property)
+                                     : entry.property;
+        _uidPropMap.try_emplace(Key{entry.uid, property},
                                 Block{static_cast<int32_t>(blockOffset), static_cast<int32_t>(heldSize)});
         _uidArray.push_back(entry.uid);
     }

@@ -103,6 +103,12 @@ int64_t KVMSPIMPPDataDirectoryReader::objectIDforUniqueID(int32_t uid) const {
     return m_fixedDataReader ? m_fixedDataReader->objectIDforUniqueID(uid) : -1;
 }
 
+int32_t KVMSPIMPPDataDirectoryReader::listPropertyOfStored(int32_t stored) const {
+    return m_kind == Kind::resource
+               ? stored - MPPPropertyList().resourceVarDataNumberingShiftForAppVersion(appVersion())
+               : stored;
+}
+
 int32_t KVMSPIMPPDataDirectoryReader::objectUIDFromStream(SSLStream& stream, int32_t metaFirstField,
                                                           int32_t dataItemOffset, int32_t dataItemSize,
                                                           int64_t* objectID, bool* isNull,
@@ -116,8 +122,8 @@ int32_t KVMSPIMPPDataDirectoryReader::objectUIDFromStream(SSLStream& stream, int
     case Kind::constraint:
         return list.constraintUIDFromStream(stream, metaFirstField, dataItemOffset, dataItemSize, caller);
     case Kind::resource:
-        return list.resourceUIDFromStream(stream, metaFirstField, dataItemOffset, dataItemSize, objectID,
-                                          caller);
+        return list.resourceUIDFromStream(stream, metaFirstField, dataItemOffset, dataItemSize, appVersion(),
+                                          objectID, caller);
     case Kind::task:
         return list.taskUIDFromStream(stream, metaFirstField, dataItemOffset, dataItemSize, appVersion(),
                                       objectID, isNull, caller);

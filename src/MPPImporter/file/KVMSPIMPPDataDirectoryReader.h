@@ -38,6 +38,10 @@ public:
     // True for the task store, whose fixed items include null tasks.
     bool holdsNullTasks() const { return m_kind == Kind::task; }
 
+    // The property number of this version's list for what the variable data keeps under `stored`: the
+    // same, but where the application that saved the file numbers this kind's data otherwise.
+    int32_t listPropertyOfStored(int32_t stored) const;
+
     KVMPPFixedDataReader* fixedDataReader() const { return m_fixedDataReader.get(); }
     KVMPPFixedDataReader* fixed2DataReader() const { return m_fixed2DataReader.get(); }
     KVMPPVarDataReader* varDataReader() const { return m_varDataReader.get(); }

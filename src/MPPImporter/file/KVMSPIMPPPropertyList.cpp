@@ -12,6 +12,9 @@ namespace {
 constexpr int32_t kCalendarUIDOffsetKey = 25;
 // Low half of the first meta field of a task that is only a placeholder row.
 constexpr int32_t kNullTaskMark = 4;
+// The cost per use of a resource, and the bytes that a cut resource item leaves out in front of it.
+constexpr int32_t kResourceCostPerUseKey = 53;
+constexpr uint32_t kCutResourceItemLeftOutBytes = 8;
 
 bool holdsNoTaskObject(int32_t metaFirstField) {
     return metaFirstField < 16;
@@ -58,6 +61,32 @@ int32_t KVMSPIMPPPropertyList::taskMinExpectedSizeForAppVersion(int32_t appVersi
     return tables != nullptr ? tables->taskMinExpectedSize : 0;
 }
 
+int32_t KVMSPIMPPPropertyList::resourceMinItemSizeForAppVersion(int32_t appVersion) const {
+    const MPPVersionTables* tables = mppVersionTables(appVersion);
+    if (appVersion == mppVersion() || tables == nullptr) {
+        return resourceFixedDataMinItemSize();
+    }
+    return tables->resourceMinExpectedSize;
+}
+
+int32_t KVMSPIMPPPropertyList::resourceVarDataNumberingShiftForAppVersion(int32_t appVersion) const {
+    constexpr int32_t kFormat9ShiftOfLaterApplications = 2;
+    return mppVersion() == kMSPDIVersion_2003 && appVersion >= kMSPDIVersion_2013
+               ? kFormat9ShiftOfLaterApplications
+               : 0;
+}
+
+std::optional<uint32_t> KVMSPIMPPPropertyList::propertyOffsetForAppVersion(int32_t key,
+                                                                           int32_t appVersion) const {
+    const std::optional<uint32_t> offset = propertyOffset(key);
+    // Only the one key moves, so every other read skips the measuring of the item.
+    if (offset && key == kResourceCostPerUseKey &&
+        resourceMinItemSizeForAppVersion(appVersion) < resourceFixedDataMinItemSize()) {
+        return *offset - kCutResourceItemLeftOutBytes;
+    }
+    return offset;
+}
+
 std::optional<uint32_t> KVMSPIMPPPropertyList::propertyID(int32_t groupKey, int32_t index) const {
     tvAssert(index >= 1, stringWithFormat("Incorect group property index nummber %d. Must be >= 1.", index));
     return propertyID(groupKey + index);
@@ -82,9 +111,16 @@ int32_t KVMSPIMPPPropertyList::readUIDAt(SSLStream& stream, int32_t offset, cons
     return uid;
 }
 
-int32_t KVMSPIMPPPropertyList::assignmentUIDFromStream(SSLStream& stream, int32_t /*metaFirstField*/,
+// A free assignment slot is marked 2 in the low half of its meta entry's first field. Format 9 copies
+// saved by later applications leave other bits in the high half, which the fixed data reader's test of
+// the whole field misses; the slot's data is an empty record that still carries a UID.
+int32_t KVMSPIMPPPropertyList::assignmentUIDFromStream(SSLStream& stream, int32_t metaFirstField,
                                                        int32_t dataItemOffset, int32_t /*dataItemSize*/,
                                                        KVMPPDataReader& caller) const {
+    constexpr uint32_t kFreeSlotMark = 2;
+    if ((static_cast<uint32_t>(metaFirstField) & 0xFFFF) == kFreeSlotMark) {
+        return -1;
+    }
     return readUIDAt(stream, dataItemOffset, "MSPIMPPPropertyList.assignmentUIDFromStream", caller);
 }
 
@@ -116,10 +152,11 @@ int32_t KVMSPIMPPPropertyList::calendarUIDFromStream(SSLStream& stream, int32_t 
 
 int32_t KVMSPIMPPPropertyList::resourceUIDFromStream(SSLStream& stream, int32_t /*metaFirstField*/,
                                                      int32_t dataItemOffset, int32_t dataItemSize,
-                                                     int64_t* objectID, KVMPPDataReader& caller) const {
+                                                     int32_t appVersion, int64_t* objectID,
+                                                     KVMPPDataReader& caller) const {
     const char* domain = "MSPIMPPPropertyList.resourceUIDFromStream";
     stream.seekFromStart(dataItemOffset);
-    if (!caller.checkError(stream, domain) || dataItemSize < resourceFixedDataMinItemSize()) {
+    if (!caller.checkError(stream, domain) || dataItemSize < resourceMinItemSizeForAppVersion(appVersion)) {
         return -1;
     }
     // Files of version 15 put the object id before the UID; version 16 is read like the older ones.

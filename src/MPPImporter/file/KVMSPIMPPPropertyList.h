@@ -51,6 +51,14 @@ public:
     int32_t calendarWeekDayWorkingTimesOffset() const { return m_tables.calendarWeekDayWorkingTimesOffset; }
     // taskMinExpectedSize of the list of that application version; 0 for a version without a list.
     static int32_t taskMinExpectedSizeForAppVersion(int32_t appVersion);
+    // The smallest resource item that holds a resource in a file of this list saved by `appVersion`.
+    // Applications 15 and 16 keep the layout of an older format but cut its items to their own
+    // 172 bytes, so a downgraded file is measured by its application's list.
+    int32_t resourceMinItemSizeForAppVersion(int32_t appVersion) const;
+    // How much higher than this list a file saved by `appVersion` numbers its resources' variable data:
+    // format 9 files of applications 15 and 16 keep every resource property 2 higher (the name under
+    // 3, not 1).
+    int32_t resourceVarDataNumberingShiftForAppVersion(int32_t appVersion) const;
     std::array<uint8_t, 20> taskFlagMask() const { return m_tables.taskFlagMask; }
     // True if the Fixed2 meta item size of a file is to be measured from its stream.
     bool fixed2MetaItemSizeFromStream() const { return m_tables.fixed2MetaItemSizeFromStream; }
@@ -61,6 +69,10 @@ public:
     std::optional<uint32_t> propertyID(int32_t groupKey, int32_t index) const;
     // The byte offset of a key, none if this version has no such key.
     std::optional<uint32_t> propertyOffset(int32_t key) const { return propertyInfo(key, m_propertyOffsets); }
+    // The byte offset of a key in a file of this list saved by `appVersion`. The resource items that
+    // applications 15 and 16 cut to 172 bytes in the older formats leave out 8 bytes in front of the
+    // cost per use, which stands that much earlier.
+    std::optional<uint32_t> propertyOffsetForAppVersion(int32_t key, int32_t appVersion) const;
     const MPPPropertyTable& propertyIDs() const { return m_propertyIDs; }
     const MPPPropertyTable& propertyOffsets() const { return m_propertyOffsets; }
     static std::optional<uint32_t> propertyInfo(int32_t key, const MPPPropertyTable& table);
@@ -92,7 +104,8 @@ public:
                                             int32_t dataItemSize, KVMPPDataReader& caller) const;
     // Also gives the object id through `objectID` when given.
     int32_t resourceUIDFromStream(SSLStream& stream, int32_t metaFirstField, int32_t dataItemOffset,
-                                  int32_t dataItemSize, int64_t* objectID, KVMPPDataReader& caller) const;
+                                  int32_t dataItemSize, int32_t appVersion, int64_t* objectID,
+                                  KVMPPDataReader& caller) const;
     // Also gives the object id and whether the meta entry marks a null task.
     int32_t taskUIDFromStream(SSLStream& stream, int32_t metaFirstField, int32_t dataItemOffset,
                               int32_t dataItemSize, int32_t appVersion, int64_t* objectID, bool* isNull,
@@ -115,7 +128,9 @@ protected:
                              KVMPPDataReader& caller);
 
 private:
-    static CustomFields resource(MPPCustomFieldType type) { return mppResourceCustomFields(type); }
+    CustomFields resource(MPPCustomFieldType type) const {
+        return mppResourceCustomFields(type, mppVersion());
+    }
     CustomFields task(MPPCustomFieldType type) const { return mppTaskCustomFields(type, mppVersion()); }
 
     const MPPVersionTables& m_tables;

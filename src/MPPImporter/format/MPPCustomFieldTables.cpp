@@ -24,8 +24,21 @@ struct FieldLayout {
 constexpr size_t kTypeCount = 8;
 using KindLayout = std::array<FieldLayout, kTypeCount>;
 
-// In the order of MPPCustomFieldType. Resource fields have one layout in every version.
-constexpr KindLayout kResourceLayout = {{
+// In the order of MPPCustomFieldType. Version 9 files number the resource fields on their own: text,
+// start, finish, number and duration fields follow each other from 10 on, then dates, outline codes
+// and costs, clear of the notes under 124.
+constexpr KindLayout kResourceLayout9 = {{
+    {"COST", {{{10, 125}}}},
+    {"DATE", {{{10, 103}}}},
+    {"DURATION", {{{10, 80}}}},
+    {"FINISH", {{{10, 50}}}},
+    {"NUMBER", {{{20, 60}}}},
+    {"OUTLINECODE", {{{10, 113}}}},
+    {"START", {{{10, 40}}}},
+    {"TEXT", {{{30, 10}}}},
+}};
+
+constexpr KindLayout kResourceLayout12 = {{
     {"COST", {{{3, 123}, {7, 166}}}},
     {"DATE", {{{10, 173}}}},
     {"DURATION", {{{3, 117}, {7, 183}}}},
@@ -81,9 +94,10 @@ std::span<const MPPCustomFieldRecord> tableOfType(const KindTables& tables, MPPC
 
 } // namespace
 
-std::span<const MPPCustomFieldRecord> mppResourceCustomFields(MPPCustomFieldType type) {
-    static const KindTables tables = buildTables("RESOURCE", kResourceLayout);
-    return tableOfType(tables, type);
+std::span<const MPPCustomFieldRecord> mppResourceCustomFields(MPPCustomFieldType type, int32_t mppVersion) {
+    static const KindTables tables9 = buildTables("RESOURCE", kResourceLayout9);
+    static const KindTables tables12 = buildTables("RESOURCE", kResourceLayout12);
+    return tableOfType(mppVersion == kMSPDIVersion_2003 ? tables9 : tables12, type);
 }
 
 std::span<const MPPCustomFieldRecord> mppTaskCustomFields(MPPCustomFieldType type, int32_t mppVersion) {

@@ -23,8 +23,8 @@ enum MPPResourcePropertyKey : int32_t {
     // Baselines 1 to 10: the baseline number is added to these group keys.
     kResourceBaselineCostGroupKey = 64,
     kResourceBaselineWorkGroupKey = 76,
-    // The marks that a baseline is set: baseline 0 under its own key, baseline n under the group key
-    // plus n. The layouts give them property numbers of the variable data and no offsets.
+    // The marks that a baseline is set, properties of the variable data: baseline 0 under its own
+    // key, baseline n under the group key plus n.
     kResourceBaselineZeroKey = 88,
     kResourceBaselineGroupKey = 89,
     kResourceEmailAddressKey = 101,

@@ -94,7 +94,7 @@ const KVMSPISingleResourceBaselineReader* KVMSPIMPPResourceReader::selectedBasel
 bool KVMSPIMPPResourceReader::isValidUID(int32_t uid) const {
     MPPDataItemInfo info;
     return fixedDataReader() != nullptr && fixedDataReader()->dataItemInfo(&info, uid) &&
-           info.dataSize >= MPPPropertyList().resourceMinExpectedSize();
+           info.dataSize >= MPPPropertyList().resourceMinItemSizeForAppVersion(appVersion());
 }
 
 int64_t KVMSPIMPPResourceReader::objectIDforUniqueID(int32_t uid) const {
@@ -190,17 +190,23 @@ bool KVMSPIMPPResourceReader::resourceAvailability(int32_t uid,
     return true;
 }
 
-// The mark of a baseline, a byte of the resource's Fixed2 meta item at the offset of the mark's key.
-bool KVMSPIMPPResourceReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* error) {
-    if (index < 0 || index >= kBaselineCount) {
+// A resource holds a baseline when its variable data holds one of the baseline's blocks: the mark
+// (baseline 0, and 1 to 10 where timephased baseline data is kept), or the cost or work of baselines 1
+// to 10. The files set the marks of baselines 1 to 10 only with timephased data, so the values count
+// too; the Fixed2 meta item's baseline bits agree with this wherever the files set them.
+bool KVMSPIMPPResourceReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* /*error*/) {
+    if (index < 0 || index >= kBaselineCount || varDataReader() == nullptr) {
         return false;
     }
-    const int32_t key = index == 0 ? kResourceBaselineZeroKey : kResourceBaselineGroupKey + index;
-    uint8_t mark = 0;
-    if (!m_reads.fixed2MetaUByte(key, uid, mark, error)) {
-        return false;
-    }
-    value = mark != 0;
+    const KVMSPIMPPPropertyList& list = MPPPropertyList();
+    const std::vector<std::optional<uint32_t>> properties =
+        index == 0 ? std::vector{list.propertyID(kResourceBaselineZeroKey)}
+                   : std::vector{list.propertyID(kResourceBaselineGroupKey, index),
+                                 list.propertyID(kResourceBaselineCostGroupKey, index),
+                                 list.propertyID(kResourceBaselineWorkGroupKey, index)};
+    value = std::any_of(properties.begin(), properties.end(), [&](const auto& property) {
+        return property && varDataReader()->hasDataForObjectUID(uid, static_cast<int32_t>(*property));
+    });
     return true;
 }
 

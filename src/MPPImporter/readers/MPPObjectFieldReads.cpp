@@ -141,7 +141,7 @@ bool MPPObjectFieldReads::readBytes(MPPFieldBlock block, int32_t uid, int32_t po
 template <typename Value, typename Read>
 bool MPPObjectFieldReads::readFixed(KVMPPFixedDataReader* reader, int32_t key, int32_t uid, Value& value,
                                     TVError* error, Read read) const {
-    const auto offset = m_store.MPPPropertyList().propertyOffset(key);
+    const auto offset = m_store.MPPPropertyList().propertyOffsetForAppVersion(key, m_store.appVersion());
     Value scratch{};
     if (reader != nullptr && offset && read(*reader, scratch, uid, static_cast<int32_t>(*offset))) {
         store(value, scratch);

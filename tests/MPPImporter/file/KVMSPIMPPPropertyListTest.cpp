@@ -9,6 +9,7 @@
 #include <map>
 #include <set>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,15 @@ const std::vector<const KVMSPIMPPPropertyList*>& allLists() {
         &KVMSPIMPP14PropertyList::shared(), &KVMSPIMPP15PropertyList::shared(),
         &KVMSPIMPP16PropertyList::shared()};
     return lists;
+}
+
+const KVMSPIMPPPropertyList& listOfVersion(int32_t version) {
+    for (const KVMSPIMPPPropertyList* list : allLists()) {
+        if (list->mppVersion() == version) {
+            return *list;
+        }
+    }
+    throw std::invalid_argument("no list of version " + std::to_string(version));
 }
 
 TEST(KVMSPIMPPPropertyListTest, GroupKeysCountFromOneAndUnknownVersionsHaveNoSizes) {
@@ -69,13 +79,28 @@ TEST(KVMSPIMPPPropertyListTest, CustomFieldsAreNumberedInOrderAndNeverShareANumb
     }
 }
 
-// From version 12 on, a custom field that shares its number with a resource's name, notes, mail
-// address, availability or baseline values would read that value as a field. (Version 9 numbers the
-// resource's own properties differently and shares the field table of the later versions.)
+TEST(KVMSPIMPPPropertyListTest, DowngradedCopiesOfApplications15And16) {
+    constexpr int32_t kCostPerUse = 53, kMaxUnits = 55;
+    // Their resource items are cut to 172 bytes, 8 of them in front of the cost per use.
+    EXPECT_EQ(listOfVersion(12).resourceMinItemSizeForAppVersion(15), 172);
+    EXPECT_EQ(listOfVersion(9).resourceMinItemSizeForAppVersion(14), 188);
+    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 15), 76u);
+    EXPECT_EQ(listOfVersion(9).propertyOffsetForAppVersion(kCostPerUse, 16), 76u);
+    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 14), 84u);
+    EXPECT_EQ(listOfVersion(15).propertyOffsetForAppVersion(kCostPerUse, 15), 72u);
+    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kMaxUnits, 15), 44u);
+    // Format 9 copies number the resources' variable data 2 higher; format 12 copies don't.
+    EXPECT_EQ(listOfVersion(9).resourceVarDataNumberingShiftForAppVersion(15), 2);
+    EXPECT_EQ(listOfVersion(9).resourceVarDataNumberingShiftForAppVersion(14), 0);
+    EXPECT_EQ(listOfVersion(12).resourceVarDataNumberingShiftForAppVersion(16), 0);
+}
+
+// A custom field that shares its number with a resource's name, notes, mail address, availability or
+// baseline values would read that value as a field.
 TEST(KVMSPIMPPPropertyListTest, ResourceCustomFieldNumbersAreDistinctFromResourceProperties) {
     constexpr int32_t kAvailability = 63, kEmailAddress = 101, kName = 102, kNotes = 103;
     constexpr int32_t kBaselineCostGroup = 64, kBaselineWorkGroup = 76;
-    for (const KVMSPIMPPPropertyList* list : std::span(allLists()).subspan(1)) {
+    for (const KVMSPIMPPPropertyList* list : allLists()) {
         std::map<int64_t, std::string> owners;
         const auto claim = [&](int64_t number, const std::string& owner) {
             const auto [found, inserted] = owners.emplace(number, owner);

@@ -36,9 +36,11 @@ protected:
                                             &result.isNull, m_caller);
         return result;
     }
-    std::pair<int32_t, int64_t> resource(const KVMSPIMPPPropertyList& list, int32_t size) {
+    std::pair<int32_t, int64_t> resource(const KVMSPIMPPPropertyList& list, int32_t size,
+                                         int32_t appVersion) {
         int64_t objectID = -1;
-        const int32_t uid = list.resourceUIDFromStream(*m_stream, 0x20, 0, size, &objectID, m_caller);
+        const int32_t uid =
+            list.resourceUIDFromStream(*m_stream, 0x20, 0, size, appVersion, &objectID, m_caller);
         return {uid, objectID};
     }
 
@@ -96,18 +98,22 @@ TEST_F(KVMSPIMPPPropertyListUIDTest, TaskItemsBelowTheMinimumSizeHoldNoObject) {
 }
 
 TEST_F(KVMSPIMPPPropertyListUIDTest, ResourceUIDComesSecondInVersion15Only) {
-    EXPECT_EQ(resource(list14, 188), std::make_pair(7, int64_t{8}));
-    EXPECT_EQ(resource(list15, 172), std::make_pair(8, int64_t{7}));
-    EXPECT_EQ(resource(list16, 172), std::make_pair(7, int64_t{8}));
-    EXPECT_EQ(resource(list15, 171).first, -1);
-    EXPECT_EQ(list14.resourceUIDFromStream(*m_stream, 0x20, 0, 188, nullptr, m_caller), 7);
+    EXPECT_EQ(resource(list14, 188, 14), std::make_pair(7, int64_t{8}));
+    EXPECT_EQ(resource(list15, 172, 15), std::make_pair(8, int64_t{7}));
+    EXPECT_EQ(resource(list16, 172, 16), std::make_pair(7, int64_t{8}));
+    EXPECT_EQ(resource(list15, 171, 15).first, -1);
+    EXPECT_EQ(list14.resourceUIDFromStream(*m_stream, 0x20, 0, 188, 14, nullptr, m_caller), 7);
 }
 
-TEST_F(KVMSPIMPPPropertyListUIDTest, ResourceItemsBelowTheListsMinimumHoldNoObject) {
-    EXPECT_EQ(resource(list12, 188), std::make_pair(7, int64_t{8}));
-    EXPECT_EQ(resource(list12, 187).first, -1);
-    // The items of an older layout are measured by that layout, whatever application saved them.
-    EXPECT_EQ(resource(list9, 172).first, -1);
+TEST_F(KVMSPIMPPPropertyListUIDTest, DowngradedResourceItemsAreMeasuredByTheirApplication) {
+    // Applications 15 and 16 cut the items of an older layout to 172 bytes, and keep the UID first.
+    EXPECT_EQ(resource(list12, 172, 15), std::make_pair(7, int64_t{8}));
+    EXPECT_EQ(resource(list9, 172, 16), std::make_pair(7, int64_t{8}));
+    EXPECT_EQ(resource(list12, 171, 16).first, -1);
+    // Applications 12 and 14 write the full 188 bytes in the older formats.
+    EXPECT_EQ(resource(list12, 172, 12).first, -1);
+    EXPECT_EQ(resource(list9, 187, 14).first, -1);
+    EXPECT_EQ(resource(list9, 172, 13).first, -1) << "no list for 13: the file's own minimum";
 }
 
 TEST_F(KVMSPIMPPPropertyListUIDTest, CalendarAndConstraintUIDsStandWhereTheVersionPutsThem) {
