@@ -12,9 +12,6 @@ namespace {
 constexpr int32_t kCalendarUIDOffsetKey = 25;
 // Low half of the first meta field of a task that is only a placeholder row.
 constexpr int32_t kNullTaskMark = 4;
-// The cost per use of a resource, and the bytes that a cut resource item leaves out in front of it.
-constexpr int32_t kResourceCostPerUseKey = 53;
-constexpr uint32_t kCutResourceItemLeftOutBytes = 8;
 
 bool holdsNoTaskObject(int32_t metaFirstField) {
     return metaFirstField < 16;
@@ -74,17 +71,6 @@ int32_t KVMSPIMPPPropertyList::resourceVarDataNumberingShiftForAppVersion(int32_
     return mppVersion() == kMSPDIVersion_2003 && appVersion >= kMSPDIVersion_2013
                ? kFormat9ShiftOfLaterApplications
                : 0;
-}
-
-std::optional<uint32_t> KVMSPIMPPPropertyList::propertyOffsetForAppVersion(int32_t key,
-                                                                           int32_t appVersion) const {
-    const std::optional<uint32_t> offset = propertyOffset(key);
-    // Only the one key moves, so every other read skips the measuring of the item.
-    if (offset && key == kResourceCostPerUseKey &&
-        resourceMinItemSizeForAppVersion(appVersion) < resourceFixedDataMinItemSize()) {
-        return *offset - kCutResourceItemLeftOutBytes;
-    }
-    return offset;
 }
 
 std::optional<uint32_t> KVMSPIMPPPropertyList::propertyID(int32_t groupKey, int32_t index) const {

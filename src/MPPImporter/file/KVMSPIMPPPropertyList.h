@@ -69,10 +69,6 @@ public:
     std::optional<uint32_t> propertyID(int32_t groupKey, int32_t index) const;
     // The byte offset of a key, none if this version has no such key.
     std::optional<uint32_t> propertyOffset(int32_t key) const { return propertyInfo(key, m_propertyOffsets); }
-    // The byte offset of a key in a file of this list saved by `appVersion`. The resource items that
-    // applications 15 and 16 cut to 172 bytes in the older formats leave out 8 bytes in front of the
-    // cost per use, which stands that much earlier.
-    std::optional<uint32_t> propertyOffsetForAppVersion(int32_t key, int32_t appVersion) const;
     const MPPPropertyTable& propertyIDs() const { return m_propertyIDs; }
     const MPPPropertyTable& propertyOffsets() const { return m_propertyOffsets; }
     static std::optional<uint32_t> propertyInfo(int32_t key, const MPPPropertyTable& table);

@@ -102,6 +102,17 @@ constexpr MPPFieldRow kRows[] = {
     // Resource cost and rates are read as stored; units in hundredths.
     {MPPField::resourceCost, "resourceCost", kAllLayouts, fixed, kResourceCostKey, float64},
     {MPPField::resourceWork, "resourceWork", kAllLayouts, fixed, kResourceWorkKey, work},
+    // Format 9 and 12 copies saved by applications 15 and 16 cut the resource items to 172 bytes,
+    // leaving out 8 bytes in front of the cost per use.
+    {MPPField::resourceCostPerUse,
+     "resourceCostPerUse",
+     {9, 12, 14},
+     fixed,
+     kResourceCostPerUseKey,
+     float64,
+     {},
+     {15, 16},
+     -8},
     {MPPField::resourceCostPerUse, "resourceCostPerUse", kAllLayouts, fixed, kResourceCostPerUseKey, float64},
     {MPPField::resourceID, "resourceID", kAllLayouts, fixed, kResourceIDKey, int32},
     {MPPField::resourceMaxUnits, "resourceMaxUnits", kAllLayouts, fixed, kResourceMaxUnitsKey, hundredths},
@@ -163,13 +174,13 @@ std::span<const MPPFieldRow> mppFieldCatalog() {
     return kRows;
 }
 
-std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version) {
+std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion) {
     const MPPVersionTables* tables = mppVersionTables(version);
     if (tables == nullptr) {
         return std::nullopt;
     }
     for (const MPPFieldRow& row : kRows) {
-        if (row.field != field || !row.layouts.contains(version)) {
+        if (row.field != field || !row.holds(version, appVersion)) {
             continue;
         }
         const auto position = row.block == var ? mppPropertyID(tables->keyColumn, row.key)
@@ -177,7 +188,7 @@ std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version) {
         if (!position) {
             return std::nullopt;
         }
-        return MPPFieldPlace{&row, *position};
+        return MPPFieldPlace{&row, static_cast<uint32_t>(int64_t{*position} + row.shift)};
     }
     return std::nullopt;
 }

@@ -49,7 +49,7 @@ struct MPPFieldTest {
 };
 
 // A set of layouts: the format version, and for format 14 the application that wrote the file
-// (14, 15 or 16).
+// (14, 15 or 16). The same numbers name the applications that save files.
 class MPPLayoutSet {
 public:
     constexpr MPPLayoutSet(std::initializer_list<int32_t> versions) {
@@ -58,6 +58,7 @@ public:
         }
     }
     constexpr bool contains(int32_t version) const { return (m_bits & bit(version)) != 0; }
+    constexpr bool empty() const { return m_bits == 0; }
 
 private:
     static constexpr uint32_t bit(int32_t version) {
@@ -150,6 +151,15 @@ struct MPPFieldRow {
     int32_t key;
     MPPFieldCodec codec;
     MPPFieldTest test = {};
+    // The applications whose files the row holds for; empty for any. Rows for some applications come
+    // before the row of the same layouts for any.
+    MPPLayoutSet savedBy = {};
+    // Bytes added to the key's offset in the files the row holds for.
+    int32_t shift = 0;
+
+    constexpr bool holds(int32_t version, int32_t appVersion) const {
+        return layouts.contains(version) && (savedBy.empty() || savedBy.contains(appVersion));
+    }
 };
 
 // Where a field lies in one layout: its row, and the offset (fixed blocks) or the property number
@@ -161,8 +171,9 @@ struct MPPFieldPlace {
 
 std::span<const MPPFieldRow> mppFieldCatalog();
 
-// The place of `field` in layout `version`; none where the layout doesn't hold it.
-std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version);
+// The place of `field` in layout `version` of a file saved by application `appVersion`; none where
+// the layout doesn't hold it.
+std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion);
 
 // The bytes that a row's value takes in its block; 0 for text and whole blocks, whose size is the
 // block's.

@@ -73,7 +73,7 @@ bool assign(const MPPFieldValue& decoded, Value& value, const MPPFieldRow& row) 
 
 template <typename Value>
 bool MPPObjectFieldReads::read(MPPField field, int32_t uid, Value& value, TVError* error) const {
-    const auto place = mppFieldPlace(field, m_store.MPPPropertyList().mppVersion());
+    const auto place = mppFieldPlace(field, m_store.MPPPropertyList().mppVersion(), m_store.appVersion());
     if (!place) {
         return false;
     }
@@ -141,7 +141,7 @@ bool MPPObjectFieldReads::readBytes(MPPFieldBlock block, int32_t uid, int32_t po
 template <typename Value, typename Read>
 bool MPPObjectFieldReads::readFixed(KVMPPFixedDataReader* reader, int32_t key, int32_t uid, Value& value,
                                     TVError* error, Read read) const {
-    const auto offset = m_store.MPPPropertyList().propertyOffsetForAppVersion(key, m_store.appVersion());
+    const auto offset = m_store.MPPPropertyList().propertyOffset(key);
     Value scratch{};
     if (reader != nullptr && offset && read(*reader, scratch, uid, static_cast<int32_t>(*offset))) {
         store(value, scratch);

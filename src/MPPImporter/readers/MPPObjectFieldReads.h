@@ -24,10 +24,9 @@ class MPPObjectFieldReads {
 public:
     explicit MPPObjectFieldReads(const KVMSPIMPPDataDirectoryReader& store) : m_store(store) {}
 
-    // Reads a field by its catalogue row for the store's layout, which picks the block, the place and
-    // the codec. `Value` is bool, an integer type, double,
-    // TVDate, std::string (text) or a byte vector (a whole block). A field that the layout doesn't
-    // hold answers false, as does a null date.
+    // Reads a field by its catalogue row for the store's layout and application, which picks the block, the
+    // place and the codec. `Value` is bool, an integer type, double, TVDate, std::string (text) or a byte
+    // vector (a whole block). A field that the layout doesn't hold answers false, as does a null date.
     template <typename Value>
     bool read(MPPField field, int32_t uid, Value& value, TVError* error) const;
 

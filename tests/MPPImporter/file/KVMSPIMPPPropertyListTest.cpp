@@ -80,15 +80,9 @@ TEST(KVMSPIMPPPropertyListTest, CustomFieldsAreNumberedInOrderAndNeverShareANumb
 }
 
 TEST(KVMSPIMPPPropertyListTest, DowngradedCopiesOfApplications15And16) {
-    constexpr int32_t kCostPerUse = 53, kMaxUnits = 55;
-    // Their resource items are cut to 172 bytes, 8 of them in front of the cost per use.
+    // Their resource items are cut to 172 bytes.
     EXPECT_EQ(listOfVersion(12).resourceMinItemSizeForAppVersion(15), 172);
     EXPECT_EQ(listOfVersion(9).resourceMinItemSizeForAppVersion(14), 188);
-    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 15), 76u);
-    EXPECT_EQ(listOfVersion(9).propertyOffsetForAppVersion(kCostPerUse, 16), 76u);
-    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kCostPerUse, 14), 84u);
-    EXPECT_EQ(listOfVersion(15).propertyOffsetForAppVersion(kCostPerUse, 15), 72u);
-    EXPECT_EQ(listOfVersion(12).propertyOffsetForAppVersion(kMaxUnits, 15), 44u);
     // Format 9 copies number the resources' variable data 2 higher; format 12 copies don't.
     EXPECT_EQ(listOfVersion(9).resourceVarDataNumberingShiftForAppVersion(15), 2);
     EXPECT_EQ(listOfVersion(9).resourceVarDataNumberingShiftForAppVersion(14), 0);

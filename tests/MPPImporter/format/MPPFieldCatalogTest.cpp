@@ -8,40 +8,47 @@
 
 namespace {
 
-// Per row and layout: the value encoded at the field's place of a block (a fixed
-// item, a meta item or a variable data block) reads back from that place; a flag leaves the other
-// bits of its byte alone. Every field lies somewhere in some layout, and no two rows of a field
-// claim the same layout.
+// Per layout and saving application: the value encoded at the field's place of a block (a fixed
+// item, a meta item or a variable data block) by the row that the place names reads back from that
+// place; a flag leaves the other bits of its byte alone. Every row is the place of its field in some
+// layout, so no row is shadowed by another or lies nowhere.
 TEST(MPPFieldCatalog, EveryRowReadsBackWhatItsEncoderWrote) {
-    std::set<std::string> placed;
+    std::set<const MPPFieldRow*> placed;
     for (const MPPFieldRow& row : mppFieldCatalog()) {
         for (int32_t version : kAllLayoutVersions) {
-            const auto place = mppFieldPlace(row.field, version);
-            if (!place || place->row != &row) {
-                EXPECT_FALSE(place && row.layouts.contains(version)) << row.name << " in " << version;
-                continue;
-            }
-            placed.insert(row.name);
-            for (const MPPFieldValue& value : mppFieldSamples(row)) {
-                const size_t size = mppEncodedSize(row, value);
-                std::vector<uint8_t> block(place->position + size + 4, 0x5A);
-                const auto at = std::span(block).subspan(place->position, size);
-                encodeMPPField(row, value, at);
-                EXPECT_EQ(decodeMPPField(row, at), value) << row.name << " in " << version;
-                if (row.test.mask != 0) {
-                    EXPECT_EQ(block[place->position] & ~row.test.mask, 0x5A & ~row.test.mask) << row.name;
+            for (int32_t appVersion : kAllLayoutVersions) {
+                const auto place = mppFieldPlace(row.field, version, appVersion);
+                if (!place || place->row != &row) {
+                    continue;
+                }
+                placed.insert(&row);
+                for (const MPPFieldValue& value : mppFieldSamples(row)) {
+                    const size_t size = mppEncodedSize(row, value);
+                    std::vector<uint8_t> block(place->position + size + 4, 0x5A);
+                    const auto at = std::span(block).subspan(place->position, size);
+                    encodeMPPField(row, value, at);
+                    EXPECT_EQ(decodeMPPField(row, at), value) << row.name << " in " << version;
+                    if (row.test.mask != 0) {
+                        EXPECT_EQ(block[place->position] & ~row.test.mask, 0x5A & ~row.test.mask) << row.name;
+                    }
                 }
             }
         }
     }
     for (const MPPFieldRow& row : mppFieldCatalog()) {
-        EXPECT_TRUE(placed.contains(row.name)) << row.name << " lies in no layout";
+        EXPECT_TRUE(placed.contains(&row)) << row.name << " lies in no layout";
     }
 }
 
-TEST(MPPFieldCatalog, FieldsOutsideALayoutHaveNoPlace) {
-    EXPECT_FALSE(mppFieldPlace(MPPField::taskManual, 9)); // format 9 has no manual tasks
-    EXPECT_FALSE(mppFieldPlace(MPPField::taskName, 13));
+TEST(MPPFieldCatalog, RowsHoldForTheirLayoutsAndApplicationsOnly) {
+    EXPECT_FALSE(mppFieldPlace(MPPField::taskManual, 9, 9)); // format 9 has no manual tasks
+    EXPECT_FALSE(mppFieldPlace(MPPField::taskName, 13, 13));
+    // A row for the files of some applications holds for those only.
+    const auto cut = mppFieldPlace(MPPField::resourceCostPerUse, 12, 15);
+    const auto whole = mppFieldPlace(MPPField::resourceCostPerUse, 12, 12);
+    ASSERT_TRUE(cut && whole);
+    EXPECT_NE(cut->row, whole->row);
+    EXPECT_EQ(mppFieldPlace(MPPField::resourceCostPerUse, 15, 15)->row, whole->row);
 }
 
 } // namespace

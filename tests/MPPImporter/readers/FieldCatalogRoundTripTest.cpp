@@ -72,7 +72,7 @@ TEST(FieldCatalogRoundTrip, EveryTaskRowReadsBackWhatItsEncoderWrote) {
         std::vector<Case> cases;
         std::vector<FixtureTask> tasks;
         for (const MPPFieldRow& row : mppFieldCatalog()) {
-            const auto place = mppFieldPlace(row.field, list->mppVersion());
+            const auto place = mppFieldPlace(row.field, list->mppVersion(), list->mppVersion());
             if (!std::string_view(row.name).starts_with("task") || !place || place->row != &row) {
                 continue;
             }
