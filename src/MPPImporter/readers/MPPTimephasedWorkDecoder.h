@@ -14,11 +14,9 @@ struct MPPTimephasedPhase {
     double seconds = 0;
 };
 
-// Decodes an assignment's timephased work block. The block holds a signed 16-bit record count, then
-// records of 28 bytes from offset 40: a working-time offset from the assignment's start (80 units to
-// the minute) and the work done up to and including the record (1000 units to the minute). Each record
-// whose cumulative work grows becomes a phase that starts at its offset and lasts for the work it
-// adds; both are laid on the standard calendar's working time.
+// Decodes an assignment's timephased work block (MPPTimephasedWorkBlock): each record whose
+// cumulative work grows becomes a phase that starts at its working-time offset from the assignment's
+// start and lasts for the work it adds; both are laid on the standard calendar's working time.
 class MPPTimephasedWorkDecoder {
 public:
     MPPTimephasedWorkDecoder(const uint8_t* bytes, size_t size) : m_bytes(bytes), m_size(size) {}
