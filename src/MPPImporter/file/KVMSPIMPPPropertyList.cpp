@@ -4,12 +4,11 @@
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/file/KVMPPDataReader.h"
+#include "MPPImporter/format/MPPCalendarPropertyKeys.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 
 namespace {
 
-// Offset of the UID in a calendar's fixed data item.
-constexpr int32_t kCalendarUIDOffsetKey = 25;
 // Low half of the first meta field of a task that is only a placeholder row.
 constexpr int32_t kNullTaskMark = 4;
 
@@ -125,7 +124,7 @@ int32_t KVMSPIMPPPropertyList::calendarUIDFromStream(SSLStream& stream, int32_t 
         return -1;
     }
     // Every version has the key; a calendar's UID stands at its offset.
-    stream.seekFromCurrentPos(static_cast<int32_t>(propertyOffset(kCalendarUIDOffsetKey).value_or(0)));
+    stream.seekFromCurrentPos(static_cast<int32_t>(propertyOffset(kCalendarUIDKey).value_or(0)));
     if (!caller.checkError(stream, domain)) {
         return -1;
     }

@@ -2,6 +2,7 @@
 
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/format/MPPAssignmentPropertyKeys.h"
+#include "MPPImporter/format/MPPCalendarPropertyKeys.h"
 #include "MPPImporter/format/MPPPropertyKeyTables.h"
 #include "MPPImporter/format/MPPResourcePropertyKeys.h"
 #include "MPPImporter/format/MPPTaskPropertyKeys.h"
@@ -130,6 +131,11 @@ constexpr MPPFieldRow kRows[] = {
     {MPPField::resourceNotes, "resourceNotes", kAllLayouts, var, kResourceNotesKey, text},
     {MPPField::resourceAvailability, "resourceAvailability", kAllLayouts, var, kResourceAvailabilityKey,
      bytes},
+
+    {MPPField::calendarBaseUID, "calendarBaseUID", kAllLayouts, fixed, kCalendarBaseUIDKey, int32},
+    {MPPField::calendarResourceUID, "calendarResourceUID", kAllLayouts, fixed, kCalendarResourceUIDKey,
+     int32},
+    {MPPField::calendarName, "calendarName", kAllLayouts, var, kCalendarNameKey, text},
 
     // Assignment work is kept as stored (thousandths of a minute): its reader hands on seconds.
     {MPPField::assignmentFinish, "assignmentFinish", kAllLayouts, fixed, kAssignmentFinishKey, timestamp},

@@ -7,19 +7,13 @@
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/file/KVMSPIPropsReader.h"
+#include "MPPImporter/format/MPPCalendarPropertyKeys.h"
 #include "MPPImporter/format/MPPVersionTables.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 #include "MPPImporter/readers/MPPDefaultCalendarWeek.h"
 #include "MPPImporter/readers/MPPObjectFieldReads.h"
 
 namespace {
-
-// Property keys of a calendar.
-constexpr int32_t kBaseCalendarKey = 13;
-constexpr int32_t kCalendarDataKey = 22;
-constexpr int32_t kCalendarNameKey = 23;
-constexpr int32_t kResourceKey = 24;
-constexpr int32_t kDefaultWeekBlockKey = 40;
 
 constexpr int32_t kNone = -1;
 // The calendar that the file's own first base calendar has; it can't be based on itself.
@@ -44,7 +38,7 @@ KVMSPIMPPCalendarReader::KVMSPIMPPCalendarReader(std::unique_ptr<SSLStorage> dir
 KVMSPIMPPCalendarReader::~KVMSPIMPPCalendarReader() = default;
 
 MPPDefaultCalendarWeek KVMSPIMPPCalendarReader::readDefaultWeek(KVMSPIParentReader* parentReader) const {
-    const auto property = MPPPropertyList().propertyID(kDefaultWeekBlockKey);
+    const auto property = MPPPropertyList().propertyID(kCalendarDefaultWeekBlockKey);
     auto* project = dynamic_cast<KVMSPIMPPAbsProjectReader*>(parentReader);
     if (!property || project == nullptr || project->propsReader() == nullptr) {
         return {};
@@ -115,7 +109,7 @@ bool KVMSPIMPPCalendarReader::calendarUID(int32_t uid, int32_t& value, TVError*)
 
 bool KVMSPIMPPCalendarReader::calendarBaseCalendarUID(int32_t uid, int32_t& value, TVError* error) {
     int32_t base = 0;
-    if (!MPPObjectFieldReads(*this).fixedInt(kBaseCalendarKey, uid, base, error)) {
+    if (!MPPObjectFieldReads(*this).read(MPPField::calendarBaseUID, uid, base, error)) {
         return false;
     }
     value = (base == 0 || (uid == kFirstCalendarUID && base == kFirstCalendarUID)) ? kNone : base;
@@ -132,12 +126,12 @@ bool KVMSPIMPPCalendarReader::calendarIsBaseCalendar(int32_t uid, bool& value, T
 }
 
 bool KVMSPIMPPCalendarReader::calendarResourceUID(int32_t uid, int32_t& value, TVError* error) {
-    if (!MPPPropertyList().propertyOffset(kResourceKey)) {
+    if (!MPPPropertyList().propertyOffset(kCalendarResourceUIDKey)) {
         value = kNone;
         return false;
     }
     int32_t resource = 0;
-    if (!MPPObjectFieldReads(*this).fixedInt(kResourceKey, uid, resource, error)) {
+    if (!MPPObjectFieldReads(*this).read(MPPField::calendarResourceUID, uid, resource, error)) {
         return false;
     }
     value = resource == 0 ? kNone : resource;
@@ -145,7 +139,7 @@ bool KVMSPIMPPCalendarReader::calendarResourceUID(int32_t uid, int32_t& value, T
 }
 
 bool KVMSPIMPPCalendarReader::calendarName(int32_t uid, std::string& value, TVError* error) {
-    return MPPObjectFieldReads(*this).varUnicode(kCalendarNameKey, uid, value, error);
+    return MPPObjectFieldReads(*this).read(MPPField::calendarName, uid, value, error);
 }
 
 bool KVMSPIMPPCalendarReader::calendarExceptionsCount(int32_t uid, int32_t& value, TVError* error) {
