@@ -6,6 +6,8 @@
 #include "MPPImporter/file/KVMPPDataReader.h"
 #include "MPPImporter/file/MPPFormatConstants.h"
 
+#include <utility>
+
 namespace {
 
 // Offset of the UID in a calendar's fixed data item.
@@ -38,8 +40,13 @@ int32_t readUIDAndObjectID(SSLStream& stream, bool uidFirst, int64_t* objectID, 
 } // namespace
 
 KVMSPIMPPPropertyList::KVMSPIMPPPropertyList(const MPPVersionTables& tables)
-    : m_tables(tables), m_propertyIDs(mppPropertyIDTable(tables.keyColumn)),
-      m_propertyOffsets(mppPropertyOffsetTable(tables.keyColumn)) {}
+    : KVMSPIMPPPropertyList(tables, mppPropertyIDTable(tables.keyColumn),
+                            mppPropertyOffsetTable(tables.keyColumn)) {}
+
+KVMSPIMPPPropertyList::KVMSPIMPPPropertyList(const MPPVersionTables& tables, MPPPropertyTable propertyIDs,
+                                             MPPPropertyTable propertyOffsets)
+    : m_tables(tables), m_propertyIDs(std::move(propertyIDs)), m_propertyOffsets(std::move(propertyOffsets)) {
+}
 
 std::string KVMSPIMPPPropertyList::ole2PSummaryInfoName() const {
     return kSummaryInfoFileName;
