@@ -7,6 +7,7 @@
 #include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP16PropertyList.h"
+#include "MPPImporter/file/KVMSPIMPP9From14PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP9PropertyList.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 
@@ -45,6 +46,20 @@ const KVMSPIMPPPropertyList* KVMSPIClassFactory::propertyListForFormat(const std
     };
     const auto found = kLists.find(fileFormat);
     return found != kLists.end() ? found->second : nullptr;
+}
+
+const KVMSPIMPPPropertyList& KVMSPIClassFactory::taskLayout(const KVMSPIMPPPropertyList& fileList,
+                                                            int32_t appVersion, int32_t summaryTaskItemSize) {
+    const int32_t format = fileList.mppVersion();
+    if (appVersion != kMSPDIVersion_2010 || summaryTaskItemSize >= fileList.taskFixedDataMinItemSize() ||
+        summaryTaskItemSize < KVMSPIMPPPropertyList::taskMinExpectedSizeForAppVersion(appVersion)) {
+        return fileList;
+    }
+    if (format == kMSPDIVersion_2003) {
+        return KVMSPIMPP9From14PropertyList::shared();
+    }
+    // Format 12 numbers the variable data as application 14 does.
+    return format == kMSPDIVersion_2007 ? KVMSPIMPP14PropertyList::shared() : fileList;
 }
 
 std::unique_ptr<KVMSPIMPPReader> KVMSPIClassFactory::createReaderWithMSProjectFormat(

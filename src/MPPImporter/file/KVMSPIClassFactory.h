@@ -31,6 +31,12 @@ public:
     // and 16 write in format 14 get their own lists. An unknown format or application is refused with
     // code 1; a format of another version than its application with code 3, unless
     // `acceptDowngradedMPP`: then the format's list reads it with the application's version.
+    // The list that a file's task store reads through. Application 14 saves some format 9 and 12 files
+    // with task items of its own layout, 206 bytes where the format's items hold 240 or more; the size
+    // of the summary task's item tells them. Every other task store reads through the file's list.
+    static const KVMSPIMPPPropertyList& taskLayout(const KVMSPIMPPPropertyList& fileList, int32_t appVersion,
+                                                   int32_t summaryTaskItemSize);
+
     static std::unique_ptr<KVMSPIMPPReader>
     createReaderWithMSProjectFormat(const std::string& msProjectFormat, const std::string& msProjectApp,
                                     std::unique_ptr<SSLStorage> rootStorage, bool acceptDowngradedMPP,

@@ -7,6 +7,8 @@
 #include "MPPImporter/format/MPPCalendarPropertyKeys.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 
+#include <utility>
+
 namespace {
 
 // Low half of the first meta field of a task that is only a placeholder row.
@@ -37,8 +39,13 @@ int32_t readUIDAndObjectID(SSLStream& stream, bool uidFirst, int64_t* objectID, 
 } // namespace
 
 KVMSPIMPPPropertyList::KVMSPIMPPPropertyList(const MPPVersionTables& tables)
-    : m_tables(tables), m_propertyIDs(mppPropertyIDTable(tables.keyColumn)),
-      m_propertyOffsets(mppPropertyOffsetTable(tables.keyColumn)) {}
+    : KVMSPIMPPPropertyList(tables, mppPropertyIDTable(tables.keyColumn),
+                            mppPropertyOffsetTable(tables.keyColumn)) {}
+
+KVMSPIMPPPropertyList::KVMSPIMPPPropertyList(const MPPVersionTables& tables, MPPPropertyTable propertyIDs,
+                                             MPPPropertyTable propertyOffsets)
+    : m_tables(tables), m_propertyIDs(std::move(propertyIDs)), m_propertyOffsets(std::move(propertyOffsets)) {
+}
 
 std::string KVMSPIMPPPropertyList::ole2PSummaryInfoName() const {
     return kSummaryInfoFileName;

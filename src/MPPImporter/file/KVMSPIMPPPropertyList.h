@@ -109,6 +109,14 @@ public:
 
 protected:
     explicit KVMSPIMPPPropertyList(const MPPVersionTables& tables);
+    // A layout whose numbers and offsets are not those of one version's column.
+    KVMSPIMPPPropertyList(const MPPVersionTables& tables, MPPPropertyTable propertyIDs,
+                          MPPPropertyTable propertyOffsets);
+
+    // The task custom fields of one type; the version's table unless a layout numbers them otherwise.
+    virtual CustomFields task(MPPCustomFieldType type) const {
+        return mppTaskCustomFields(type, mppVersion());
+    }
 
     // How a task item that isn't a null task is told apart: which first fields hold no object, the
     // item size that is always read, and the error domain.
@@ -127,7 +135,6 @@ private:
     CustomFields resource(MPPCustomFieldType type) const {
         return mppResourceCustomFields(type, mppVersion());
     }
-    CustomFields task(MPPCustomFieldType type) const { return mppTaskCustomFields(type, mppVersion()); }
 
     const MPPVersionTables& m_tables;
     const MPPPropertyTable m_propertyIDs;

@@ -95,9 +95,10 @@ constexpr MPPFieldRow kRows[] = {
     {MPPField::taskExpanded, "taskExpanded", kAllLayouts, fixedMeta, kTaskExpandedKey, flag, bits(0x02)},
     {MPPField::taskHammockMark, "taskHammockMark", kAllLayouts, fixedMeta, kTaskHammockMarkKey, ubyte},
     {MPPField::taskHammockSide, "taskHammockSide", kAllLayouts, fixedMeta, kTaskHammockSideKey, ubyte},
-    // Bit 3 of 0xC7 or 0xCF in application 14, bit 7 of 0x7F or 0xFF in applications 15 and 16. (Byte 8
-    // of the Fixed2 data item lies inside the task's GUID.)
-    {MPPField::taskManual, "taskManual", {14}, fixed2Meta, kTaskManualKey, flag, bits(0x08)},
+    // Bit 3 of 0xC7 or 0xCF in application 14 (also in the format 9 and 12 copies it saves with its own
+    // task items), bit 7 of 0x7F or 0xFF in applications 15 and 16. (Byte 8 of the Fixed2 data item
+    // lies inside the task's GUID.)
+    {MPPField::taskManual, "taskManual", {9, 12, 14}, fixed2Meta, kTaskManualKey, flag, bits(0x08)},
     {MPPField::taskManual, "taskManual", {15, 16}, fixed2Meta, kTaskManualKey, flag, bits(0x80)},
 
     // Resource cost and rates are read as stored; units in hundredths.
@@ -180,23 +181,33 @@ std::span<const MPPFieldRow> mppFieldCatalog() {
     return kRows;
 }
 
-std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion) {
-    const MPPVersionTables* tables = mppVersionTables(version);
-    if (tables == nullptr) {
+const MPPFieldRow* mppFieldRow(MPPField field, int32_t version, int32_t appVersion) {
+    const auto found = std::find_if(std::begin(kRows), std::end(kRows), [&](const MPPFieldRow& row) {
+        return row.field == field && row.holds(version, appVersion);
+    });
+    return found != std::end(kRows) ? found : nullptr;
+}
+
+std::optional<uint32_t> mppFieldPosition(const MPPFieldRow& row, std::optional<uint32_t> keyPosition) {
+    if (!keyPosition) {
         return std::nullopt;
     }
-    for (const MPPFieldRow& row : kRows) {
-        if (row.field != field || !row.holds(version, appVersion)) {
-            continue;
-        }
-        const auto position = row.block == var ? mppPropertyID(tables->keyColumn, row.key)
-                                               : mppPropertyOffset(tables->keyColumn, row.key);
-        if (!position) {
-            return std::nullopt;
-        }
-        return MPPFieldPlace{&row, static_cast<uint32_t>(int64_t{*position} + row.shift)};
+    return static_cast<uint32_t>(int64_t{*keyPosition} + row.shift);
+}
+
+std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion) {
+    const MPPVersionTables* tables = mppVersionTables(version);
+    const MPPFieldRow* row = mppFieldRow(field, version, appVersion);
+    if (tables == nullptr || row == nullptr) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    const auto position =
+        mppFieldPosition(*row, row->block == var ? mppPropertyID(tables->keyColumn, row->key)
+                                                 : mppPropertyOffset(tables->keyColumn, row->key));
+    if (!position) {
+        return std::nullopt;
+    }
+    return MPPFieldPlace{row, *position};
 }
 
 size_t mppFieldSize(const MPPFieldRow& row) {

@@ -174,8 +174,14 @@ struct MPPFieldPlace {
 
 std::span<const MPPFieldRow> mppFieldCatalog();
 
-// The place of `field` in layout `version` of a file saved by application `appVersion`; none where
-// the layout doesn't hold it.
+// The row of `field` in layout `version` of a file saved by application `appVersion`; none where no
+// row holds for them.
+const MPPFieldRow* mppFieldRow(MPPField field, int32_t version, int32_t appVersion);
+// A row's position where its key lies at `keyPosition` (an offset or a property number); none without.
+std::optional<uint32_t> mppFieldPosition(const MPPFieldRow& row, std::optional<uint32_t> keyPosition);
+
+// The place of `field` in layout `version` of a file saved by application `appVersion`, its key found
+// in the key tables; none where the layout doesn't hold it.
 std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion);
 
 // The bytes that a row's value takes in its block; 0 for text and whole blocks, whose size is the

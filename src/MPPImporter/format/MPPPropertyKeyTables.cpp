@@ -138,6 +138,8 @@ constexpr KeyRow kPropertyIDRows[] = {
     {250, {kAbsent, kAbsent, 1285, 1285, 1285}},
     {254, {kAbsent, 22, 22, 22, 22}},
     {255, {1, 22, 22, 22, 22}},
+    // The block of extended fields that holds a task's baselines 1 to 10 in format 9.
+    {256, {0xA3, kAbsent, kAbsent, kAbsent, kAbsent}},
 };
 
 // Byte offsets into a fixed data item, or into a Fixed2 or meta item where the reader says so.

@@ -66,4 +66,6 @@ enum MPPTaskPropertyKey : int32_t {
     kTaskTypeKey = 251,
     // Work of the actual plan, and of baseline 0.
     kTaskWorkKey = 253,
+    // The block of extended fields in which format 9 keeps baselines 1 to 10.
+    kTaskExtendedFieldsKey = 256,
 };

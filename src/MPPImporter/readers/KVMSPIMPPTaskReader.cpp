@@ -5,6 +5,7 @@
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/file/KVMPPFixedDataReader.h"
+#include "MPPImporter/file/KVMSPIClassFactory.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/format/MPPTaskPropertyKeys.h"
@@ -29,12 +30,22 @@ TVTimeSpan workTimeSpan(double thousandthsOfMinute) {
     return static_cast<TVTimeSpan>(thousandthsOfMinute * 3600000000.0 / 60000.0);
 }
 
+// The file's list is asked of the store's base, as the task layout isn't chosen yet.
+const KVMSPIMPPPropertyList& taskLayout(const KVMSPIMPPDataDirectoryReader& store) {
+    const KVMSPIMPPPropertyList& fileList = store.KVMSPIMPPDataDirectoryReader::MPPPropertyList();
+    MPPDataItemInfo summary;
+    if (store.fixedDataReader() == nullptr || !store.fixedDataReader()->dataItemInfo(&summary, 0)) {
+        return fileList;
+    }
+    return KVMSPIClassFactory::taskLayout(fileList, store.appVersion(), summary.dataSize);
+}
+
 } // namespace
 
 KVMSPIMPPTaskReader::KVMSPIMPPTaskReader(std::unique_ptr<SSLStorage> directory, std::string name,
                                          KVMSPIParentReader* parentReader)
-    : KVMSPIMPPDataDirectoryReader(std::move(directory), std::move(name), parentReader), m_reads(*this),
-      m_uniqueIDs(KVMSPIMPPDataDirectoryReader::uniqueIDs()) {
+    : KVMSPIMPPDataDirectoryReader(std::move(directory), std::move(name), parentReader),
+      m_layout(taskLayout(*this)), m_reads(*this), m_uniqueIDs(KVMSPIMPPDataDirectoryReader::uniqueIDs()) {
     sortUniqueIDsByTaskID();
     auto* project = dynamic_cast<KVMSPIMPPAbsProjectReader*>(parentReader);
     m_baselineNumber = project != nullptr ? project->baselineNumber() : -1;

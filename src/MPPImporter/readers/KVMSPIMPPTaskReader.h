@@ -31,6 +31,10 @@ public:
     const BaselineReaders& readersForBaseline(int32_t baselineNumber) const;
     const std::unordered_map<int32_t, int32_t>& parentTaskMap() const { return m_parentTaskMap; }
 
+    // The layout the tasks are read by: the file's list, or the task layout that the application put
+    // into a file of an older format (KVMSPIClassFactory::taskLayout).
+    const KVMSPIMPPPropertyList& MPPPropertyList() const override { return m_layout; }
+
     const std::vector<int32_t>& uniqueIDs() const override { return m_uniqueIDs; }
     bool isValidUID(int32_t uid) const override;
     int64_t objectIDforUniqueID(int32_t uid) const override;
@@ -110,6 +114,7 @@ private:
     void buildParentTaskMap();
     void buildParentTaskMapFromOutline();
 
+    const KVMSPIMPPPropertyList& m_layout;
     MPPObjectFieldReads m_reads;
     std::vector<int32_t> m_uniqueIDs;
     int32_t m_baselineNumber = -1;

@@ -11,9 +11,8 @@
 
 namespace {
 
-// Format 9 keeps baselines 1 to 10 in the task's block of extended fields, under the task field mark
-// with the property number that format 12 gives the same field.
-constexpr int32_t kExtendedFieldsProperty = 0xA3;
+// In the block of extended fields of format 9, baselines 1 to 10 stand under the task field mark with
+// the property number that format 12 gives the same field.
 constexpr uint32_t kTaskFieldMark = 0x0B400000;
 
 // The value's has-flag: whether it was read.
@@ -30,13 +29,16 @@ bool take(const std::optional<Value>& read, Value& value) {
 KVMSPISingleTaskBaselineReader::KVMSPISingleTaskBaselineReader(int32_t uid, int32_t baselineNumber,
                                                                KVMSPIMPPTaskReader& reader)
     : KVMSPISingleBaselineReaderBase(uid, baselineNumber, reader, "      Invalid baseline number: %d") {
-    if (baselineNumber > 0 && MPPPropertyList().mppVersion() == kMSPDIVersion_2003) {
+    if (baselineNumber > 0 && MPPPropertyList().propertyID(kTaskExtendedFieldsKey)) {
         readExtendedFieldBaseline();
     } else if (baselineNumber > 0) {
         readCustomFieldBaseline();
     } else {
         readBaseline0();
     }
+    // A baseline date that was never set holds 0, the MPP epoch, in some files, as well as the null word.
+    m_hasStart = m_hasStart && m_taskStart != getMPPEpoch();
+    m_hasFinish = m_hasFinish && m_taskFinish != getMPPEpoch();
 }
 
 void KVMSPISingleTaskBaselineReader::readCustomFieldBaseline() {
@@ -48,20 +50,8 @@ void KVMSPISingleTaskBaselineReader::readCustomFieldBaseline() {
 }
 
 void KVMSPISingleTaskBaselineReader::readExtendedFieldBaseline() {
-    KVMPPVarDataReader* var = reader().varDataReader();
-    int32_t size = 0;
-    int32_t position = 0;
-    if (var == nullptr || !var->getDataSize(size, uid(), kExtendedFieldsProperty) || size <= 0 ||
-        !var->validateObjectUID(uid(), kExtendedFieldsProperty, 0, size, &position, nullptr)) {
-        return;
-    }
-    // The size is the file's claim: the stream must hold that many bytes before they are allocated.
-    SSLStream& stream = var->dataStream();
-    if (!stream.seekFromStart(position) || stream.bytesAvailable() < static_cast<uint32_t>(size)) {
-        return;
-    }
-    std::vector<uint8_t> bytes(static_cast<size_t>(size));
-    if (!var->readDataByteArray(bytes.data(), size, uid(), kExtendedFieldsProperty, 0)) {
+    std::vector<uint8_t> bytes;
+    if (!fields().varBytes(kTaskExtendedFieldsKey, uid(), bytes, nullptr)) {
         return;
     }
     const MPPExtendedFieldBlock block(std::move(bytes));
@@ -76,16 +66,16 @@ void KVMSPISingleTaskBaselineReader::readExtendedFieldBaseline() {
     m_hasWork = take(block.doubleValue(field(kTaskBaselineWorkGroupKey)), m_taskWork);
 }
 
-// Baseline 0 has its own fields: in the variable data from format 14 on, in the fixed item before.
-// Its work is the task's work field in every version.
+// Baseline 0 has its own fields: in the variable data of application 14's layouts and later ones, in
+// the fixed item before. Its work is the task's work field in every version.
 void KVMSPISingleTaskBaselineReader::readBaseline0() {
-    const int32_t version = MPPPropertyList().mppVersion();
-    if (version == kMSPDIVersion_2010 || version == kMSPDIVersion_2013 || version == kMSPDIVersion_2016) {
+    const KVMSPIMPPPropertyList& list = MPPPropertyList();
+    if (list.propertyID(kTaskBaselineStartKey)) {
         m_hasCost = fields().varDouble(kTaskBaselineCostKey, uid(), m_taskCost, nullptr);
         m_hasDuration = fields().varInt(kTaskBaselineDurationKey, uid(), m_taskDuration, nullptr);
         m_hasFinish = fields().varTimestamp(kTaskBaselineFinishKey, uid(), m_taskFinish, nullptr);
         m_hasStart = fields().varTimestamp(kTaskBaselineStartKey, uid(), m_taskStart, nullptr);
-    } else if (version == kMSPDIVersion_2003 || version == kMSPDIVersion_2007) {
+    } else if (list.propertyOffset(kTaskBaselineStartFixedKey)) {
         m_hasCost = fields().fixedDouble(kTaskBaselineCostFixedKey, uid(), m_taskCost, nullptr);
         m_hasDuration = fields().fixedInt(kTaskBaselineDurationFixedKey, uid(), m_taskDuration, nullptr);
         m_hasFinish = fields().fixedTimestamp(kTaskBaselineFinishFixedKey, uid(), m_taskFinish, nullptr);
@@ -94,7 +84,7 @@ void KVMSPISingleTaskBaselineReader::readBaseline0() {
         tvLog(stringWithFormat(
             "      WARNING: Reading of Baseline properties is not supported in MPP %d version. "
             "Use defaults.",
-            version));
+            list.mppVersion()));
     }
     m_hasWork = fields().fixedDouble(kTaskWorkKey, uid(), m_taskWork, nullptr);
 }

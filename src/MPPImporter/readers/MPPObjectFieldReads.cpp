@@ -73,18 +73,25 @@ bool assign(const MPPFieldValue& decoded, Value& value, const MPPFieldRow& row) 
 
 template <typename Value>
 bool MPPObjectFieldReads::read(MPPField field, int32_t uid, Value& value, TVError* error) const {
-    const auto place = mppFieldPlace(field, m_store.MPPPropertyList().mppVersion(), m_store.appVersion());
+    // The store's property list knows where the keys of its layout lie, also for layouts that mix
+    // those of the key tables.
+    const KVMSPIMPPPropertyList& list = m_store.MPPPropertyList();
+    const MPPFieldRow* found = mppFieldRow(field, list.mppVersion(), m_store.appVersion());
+    const auto place = found == nullptr ? std::nullopt
+                                        : mppFieldPosition(*found, found->block == MPPFieldBlock::var
+                                                                       ? list.propertyID(found->key)
+                                                                       : list.propertyOffset(found->key));
     if (!place) {
         return false;
     }
-    const MPPFieldRow& row = *place->row;
-    const auto position = static_cast<int32_t>(place->position);
+    const MPPFieldRow& row = *found;
+    const auto position = static_cast<int32_t>(*place);
     if constexpr (std::is_same_v<Value, std::string>) {
         tvAssert(row.codec == MPPFieldCodec::text, std::string("The field ") + row.name + " is no text.");
-        return propertyUnicode(place->position, uid, value, error);
+        return propertyUnicode(*place, uid, value, error);
     } else if constexpr (std::is_same_v<Value, std::vector<uint8_t>>) {
         tvAssert(row.codec == MPPFieldCodec::bytes, std::string("The field ") + row.name + " is no block.");
-        return varBlock(place->position, uid, value, error);
+        return varBlock(*place, uid, value, error);
     } else {
         std::vector<uint8_t> bytes(mppFieldSize(row));
         if (!readBytes(row.block, uid, position, bytes)) {

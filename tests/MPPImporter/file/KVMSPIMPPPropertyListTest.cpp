@@ -1,8 +1,10 @@
 #include "MPPCommon/support/TVException.h"
+#include "MPPImporter/file/KVMSPIClassFactory.h"
 #include "MPPImporter/file/KVMSPIMPP12PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP16PropertyList.h"
+#include "MPPImporter/file/KVMSPIMPP9From14PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP9PropertyList.h"
 
 #include <gtest/gtest.h>
@@ -30,6 +32,32 @@ const KVMSPIMPPPropertyList& listOfVersion(int32_t version) {
         }
     }
     throw std::invalid_argument("no list of version " + std::to_string(version));
+}
+
+// Application 14 saves some format 9 and 12 files with its own 206-byte task items; the numbers below
+// are those of such files (mpp9task-from14.mpp, mpp9baseline-from14.mpp).
+TEST(KVMSPIMPPPropertyListTest, TaskLayoutOfApplication14InOlderFormats) {
+    const auto layout = [](int32_t format, int32_t app, int32_t summaryItemSize) {
+        return &KVMSPIClassFactory::taskLayout(listOfVersion(format), app, summaryItemSize);
+    };
+    const KVMSPIMPPPropertyList& from14 = KVMSPIMPP9From14PropertyList::shared();
+    EXPECT_EQ(layout(9, 14, 206), &from14);
+    EXPECT_EQ(layout(12, 14, 206), &KVMSPIMPP14PropertyList::shared());
+    EXPECT_EQ(layout(9, 14, 264), &listOfVersion(9)) << "the format's own items";
+    EXPECT_EQ(layout(12, 12, 206), &listOfVersion(12)) << "a short item of the format's own application";
+    EXPECT_EQ(layout(9, 15, 206), &listOfVersion(9));
+    EXPECT_EQ(layout(14, 14, 206), &listOfVersion(14));
+    EXPECT_EQ(layout(9, 14, 16), &listOfVersion(9)) << "too short for any task";
+
+    // Name, notes, baseline 0 start and duration, and the extended fields of baselines 1 to 10.
+    for (const auto& [key, number] :
+         std::vector<std::pair<int32_t, uint32_t>>{{239, 26}, {240, 159}, {115, 9}, {111, 7}, {256, 178}}) {
+        EXPECT_EQ(from14.propertyID(key), number) << "key " << key;
+    }
+    EXPECT_EQ(from14.propertyOffset(196), 106u) << "the start at application 14's offset";
+    EXPECT_EQ(from14.taskTextCustomFields().front().propertyNumber, 29);
+    EXPECT_EQ(from14.taskTextCustomFields().front().fieldName, "TASK_TEXT1");
+    EXPECT_EQ(from14.mppVersion(), 9);
 }
 
 TEST(KVMSPIMPPPropertyListTest, GroupKeysCountFromOneAndUnknownVersionsHaveNoSizes) {

@@ -1,7 +1,9 @@
 #include "MPPCommon/storage/SSLRoot.h"
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPCommon/support/TVError.h"
+#include "MPPImporter/file/KVMPPFixedDataReader.h"
 #include "MPPImporter/file/KVMPPVarDataReader.h"
+#include "MPPImporter/file/KVMSPIClassFactory.h"
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/file/KVMSPIMPPVersionReader.h"
@@ -81,11 +83,22 @@ TEST(RTFNotesCorpus, NotesMatchTheReference) {
         auto dataDirectory = fileReader->rootStorage().childStorageWithName(list.ole2DataDirectoryName());
         for (const auto& kind : kNotesKinds) {
             auto storage = dataDirectory ? dataDirectory->childStorageWithName(kind.storageName) : nullptr;
-            auto property = list.propertyID(kind.propertyKey);
-            if (!storage || !property) {
+            if (!storage) {
                 continue;
             }
             KVMSPIMPPDataDirectoryReader reader(std::move(storage), kind.storageName, fileReader.get());
+            // Tasks are numbered by the layout of their items, which application 14 may have put into
+            // an older format.
+            MPPDataItemInfo summary;
+            const bool tasks = kind.storageName == std::string(kTaskStorageName);
+            const auto property =
+                tasks && reader.fixedDataReader() && reader.fixedDataReader()->dataItemInfo(&summary, 0)
+                    ? KVMSPIClassFactory::taskLayout(list, fileReader->appVersion(), summary.dataSize)
+                          .propertyID(kind.propertyKey)
+                    : list.propertyID(kind.propertyKey);
+            if (!property) {
+                continue;
+            }
             for (const auto& object : ref[kind.refKey]) {
                 std::string notes;
                 if (reader.varDataReader() != nullptr) {
