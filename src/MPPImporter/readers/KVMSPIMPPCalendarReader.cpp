@@ -134,7 +134,12 @@ bool KVMSPIMPPCalendarReader::calendarResourceUID(int32_t uid, int32_t& value, T
     if (!MPPObjectFieldReads(*this).read(MPPField::calendarResourceUID, uid, resource, error)) {
         return false;
     }
-    value = resource == 0 ? kNone : resource;
+    // Only derived calendars belong to a resource, and 0 is the unnamed resource 0 (the interchange
+    // file names its calendar as that resource's). The files mark no resource with -1, but application
+    // 15 writes 0 for the base calendars.
+    bool isBaseCalendar = false;
+    value = resource < 0 || !calendarIsBaseCalendar(uid, isBaseCalendar, error) || isBaseCalendar ? kNone
+                                                                                                  : resource;
     return true;
 }
 

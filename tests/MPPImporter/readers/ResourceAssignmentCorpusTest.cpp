@@ -179,10 +179,6 @@ void compareAssignments(const std::string& file, const json& ref, KVMSPIMPPAbsAs
         const int32_t uid = assignment["uid"].get<int32_t>();
         differences.compare(file, "assignment " + std::to_string(uid), assignmentFields(assignments, uid),
                             refAssignment(assignment));
-        if (!assignment.value("baselines", json::object()).empty()) {
-            differences.add(file, "assignment_baselines",
-                            "assignment " + std::to_string(uid) + " has baselines");
-        }
     }
 }
 
