@@ -3,6 +3,7 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/format/MPPAssignmentPropertyKeys.h"
 #include "MPPImporter/format/MPPCalendarPropertyKeys.h"
+#include "MPPImporter/format/MPPLinkPropertyKeys.h"
 #include "MPPImporter/format/MPPPropertyKeyTables.h"
 #include "MPPImporter/format/MPPResourcePropertyKeys.h"
 #include "MPPImporter/format/MPPTaskPropertyKeys.h"
@@ -137,6 +138,13 @@ constexpr MPPFieldRow kRows[] = {
     {MPPField::calendarResourceUID, "calendarResourceUID", kAllLayouts, fixed, kCalendarResourceUIDKey,
      int32},
     {MPPField::calendarName, "calendarName", kAllLayouts, var, kCalendarNameKey, text},
+
+    // Links, in the fixed items of the constraint store.
+    {MPPField::linkTaskUID, "linkTaskUID", kAllLayouts, fixed, kLinkTaskUIDKey, int32},
+    {MPPField::linkPredecessorUID, "linkPredecessorUID", kAllLayouts, fixed, kLinkPredecessorUIDKey, int32},
+    {MPPField::linkType, "linkType", kAllLayouts, fixed, kLinkTypeKey, int16},
+    {MPPField::linkLag, "linkLag", kAllLayouts, fixed, kLinkLagKey, int32},
+    {MPPField::linkLagFormat, "linkLagFormat", kAllLayouts, fixed, kLinkLagFormatKey, int16},
 
     // Assignment work is kept as stored (thousandths of a minute): its reader hands on seconds.
     {MPPField::assignmentFinish, "assignmentFinish", kAllLayouts, fixed, kAssignmentFinishKey, timestamp},

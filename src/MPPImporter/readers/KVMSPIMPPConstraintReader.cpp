@@ -2,7 +2,7 @@
 
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
-#include "MPPImporter/format/MPPLinkPropertyKeys.h"
+#include "MPPImporter/format/MPPFieldCatalog.h"
 #include "MPPImporter/format/MPPMemRead.h"
 #include "MPPImporter/readers/KVMSPISinglePredecessorLinkReader.h"
 
@@ -46,23 +46,26 @@ bool KVMSPIMPPConstraintReader::isLiveLink(KVMPPFixedDataReader& fixed, const MP
 
 void KVMSPIMPPConstraintReader::addLink(const std::vector<uint8_t>& item) {
     const KVMSPIMPPPropertyList& list = MPPPropertyList();
-    // The field at the key's offset, or `missing` when the version has no such key or the item is too
-    // short for it.
-    const auto field = [&](int32_t key, size_t size, auto read, auto missing) -> decltype(missing) {
-        const auto offset = list.propertyOffset(key);
-        if (!offset || *offset + size > item.size()) {
+    // The field of the link's catalogue row in the item, or `missing` when the layout has no such field
+    // or the item is too short for it.
+    const auto field = [&](MPPField name, auto missing) -> decltype(missing) {
+        const MPPFieldRow* row = mppFieldRow(name, list.mppVersion(), appVersion());
+        const auto offset =
+            row != nullptr ? mppFieldPosition(*row, list.propertyOffset(row->key)) : std::nullopt;
+        if (!offset || *offset + mppFieldSize(*row) > item.size()) {
             return missing;
         }
-        return static_cast<decltype(missing)>(read(item.data(), static_cast<int32_t>(*offset)));
+        const MPPFieldValue value = decodeMPPField(*row, std::span(item).subspan(*offset));
+        return static_cast<decltype(missing)>(std::get<int64_t>(value));
     };
-    const int32_t taskUID = field(kLinkTaskUIDKey, 4, memReadInt, int32_t{-1});
-    const int32_t preTaskUID = field(kLinkPredecessorUIDKey, 4, memReadInt, int32_t{-1});
+    const int32_t taskUID = field(MPPField::linkTaskUID, int32_t{-1});
+    const int32_t preTaskUID = field(MPPField::linkPredecessorUID, int32_t{-1});
     if (taskUID < 0 || preTaskUID < 0) {
         return;
     }
-    const int16_t relType = field(kLinkTypeKey, 2, memReadShort, int16_t{0});
-    const int32_t lag = field(kLinkLagKey, 4, memReadInt, int32_t{0});
-    const auto lagFormat = static_cast<int16_t>(field(kLinkLagFormatKey, 2, memReadUShort, uint16_t{65535}));
+    const int16_t relType = field(MPPField::linkType, int16_t{0});
+    const int32_t lag = field(MPPField::linkLag, int32_t{0});
+    const int16_t lagFormat = field(MPPField::linkLagFormat, int16_t{-1});
     m_taskPredcessorMap[taskUID].push_back(std::make_shared<KVMSPISinglePredecessorLinkReader>(
         taskUID, preTaskUID, relType, lag, lagFormat, *this));
 }
