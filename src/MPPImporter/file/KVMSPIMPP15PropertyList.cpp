@@ -12,9 +12,3 @@ const KVMSPIMPP15PropertyList& KVMSPIMPP15PropertyList::shared() {
     static const KVMSPIMPP15PropertyList list;
     return list;
 }
-
-int32_t KVMSPIMPP15PropertyList::constraintUIDFromStream(SSLStream& stream, int32_t /*metaFirstField*/,
-                                                         int32_t dataItemOffset, int32_t /*dataItemSize*/,
-                                                         KVMPPDataReader& caller) const {
-    return readUIDAt(stream, dataItemOffset + 4, "MSPIMPPPropertyList.constraintUIDFromStream", caller);
-}

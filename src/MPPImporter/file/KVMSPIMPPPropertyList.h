@@ -96,8 +96,9 @@ public:
                                     int32_t dataItemSize, KVMPPDataReader& caller) const;
     int32_t calendarUIDFromStream(SSLStream& stream, int32_t metaFirstField, int32_t dataItemOffset,
                                   int32_t dataItemSize, KVMPPDataReader& caller) const;
-    virtual int32_t constraintUIDFromStream(SSLStream& stream, int32_t metaFirstField, int32_t dataItemOffset,
-                                            int32_t dataItemSize, KVMPPDataReader& caller) const;
+    // A link's own UID comes first in every layout, the predecessor's UID behind it.
+    int32_t constraintUIDFromStream(SSLStream& stream, int32_t metaFirstField, int32_t dataItemOffset,
+                                    int32_t dataItemSize, KVMPPDataReader& caller) const;
     // Also gives the object id through `objectID` when given.
     int32_t resourceUIDFromStream(SSLStream& stream, int32_t metaFirstField, int32_t dataItemOffset,
                                   int32_t dataItemSize, int32_t appVersion, int64_t* objectID,

@@ -183,12 +183,14 @@ constexpr KeyRow kPropertyOffsetRows[] = {
     {60, {52, 52, 52, 48, 48}},
     {61, {kAbsent, kAbsent, 20, 158, 158}},
     {62, {kAbsent, kAbsent, 24, 162, 162}},
-    {104, {kAbsent, kAbsent, kAbsent, 32, 32}},
+    // Formats 9 to 14 keep a task's cost where key 191 points, its remaining work behind the actual
+    // work, and its actual dates apart from the scheduled ones.
+    {104, {200, 200, 150, 32, 32}},
     {105, {216, 216, 166, 40, 40}},
     {106, {kAbsent, kAbsent, kAbsent, 56, 56}},
     // Application 14 keeps a task's actual work at 134; 184 lies in the zero tail of its items.
     {107, {184, 184, 134, 16, 16}},
-    {108, {kAbsent, kAbsent, kAbsent, 24, 24}},
+    {108, {192, 192, 142, 24, 24}},
     {110, {232, 232, kAbsent, kAbsent, kAbsent}},
     {112, {74, 74, kAbsent, kAbsent, kAbsent}},
     {114, {108, 108, kAbsent, kAbsent, kAbsent}},
@@ -220,8 +222,8 @@ constexpr KeyRow kPropertyOffsetRows[] = {
     {199, {152, 152, 110, 116, 116}},
     {200, {kAbsent, kAbsent, kAbsent, 96, 96}},
     {201, {kAbsent, kAbsent, kAbsent, 100, 100}},
-    {202, {kAbsent, kAbsent, kAbsent, 120, 120}},
-    {203, {kAbsent, kAbsent, kAbsent, 124, 124}},
+    {202, {96, 96, 72, 120, 120}},
+    {203, {100, 100, 76, 124, 124}},
     {204, {kAbsent, kAbsent, kAbsent, 96, 96}},
     {205, {kAbsent, kAbsent, kAbsent, 100, 100}},
     {206, {11, 11, 11, 13, 13}},

@@ -123,8 +123,10 @@ TEST_F(KVMSPIMPPPropertyListUIDTest, CalendarAndConstraintUIDsStandWhereTheVersi
     EXPECT_EQ(list14.calendarUIDFromStream(*m_stream, 0, 0, 11, m_caller), -1);
 
     EXPECT_EQ(list14.constraintUIDFromStream(*m_stream, 0, 0, 20, m_caller), 7);
-    EXPECT_EQ(list15.constraintUIDFromStream(*m_stream, 0, 0, 20, m_caller), 8);
-    EXPECT_EQ(list16.constraintUIDFromStream(*m_stream, 0, 0, 20, m_caller), 8);
+    // Applications 15 and 16 keep the link's own UID first too: links that share a predecessor, whose
+    // UID follows, stay apart.
+    EXPECT_EQ(list15.constraintUIDFromStream(*m_stream, 0, 0, 20, m_caller), 7);
+    EXPECT_EQ(list16.constraintUIDFromStream(*m_stream, 0, 0, 20, m_caller), 7);
     EXPECT_EQ(list9.assignmentUIDFromStream(*m_stream, 0, 16, 34, m_caller), 11);
     EXPECT_TRUE(m_log.lines().empty());
 }

@@ -18,6 +18,7 @@ constexpr int32_t kOutlineLevelOffset = 40;
 constexpr int32_t kDurationOffset = 42;
 constexpr int32_t kStartOffset = 106;
 constexpr int32_t kWorkOffset = 126;
+constexpr int32_t kCostOffset = 150;
 constexpr int32_t kMilestoneMetaOffset = 8;
 constexpr int32_t kEffortDrivenMetaOffset = 11;
 constexpr int32_t kFlag1MetaOffset = 35;
@@ -61,11 +62,9 @@ std::vector<FixtureTask> plan() {
     FixtureTask top = fixtureTask(0, 0);
     top.data[kParentOffset] = le32(0xFFFFFFFF);
     FixtureTask seven = fixtureTask(7, 2);
-    seven.data = {{kParentOffset, le32(0)},
-                  {kOutlineLevelOffset, le16(1)},
-                  {kDurationOffset, le32(4800)},
-                  {kStartOffset, mppTimestamp(11000, 4800)},
-                  {kWorkOffset, leDouble(960000)}};
+    seven.data = {{kParentOffset, le32(0)},        {kOutlineLevelOffset, le16(1)},
+                  {kDurationOffset, le32(4800)},   {kStartOffset, mppTimestamp(11000, 4800)},
+                  {kWorkOffset, leDouble(960000)}, {kCostOffset, leDouble(123456)}};
     seven.meta = {
         {kMilestoneMetaOffset, {0x63}}, {kEffortDrivenMetaOffset, {0x10}}, {kFlag1MetaOffset, {0x40}}};
     seven.var = {{kNameProperty, {'S', 0, 'e', 0, 'v', 0, 'e', 0, 'n', 0, 0, 0}},
@@ -116,9 +115,9 @@ TEST_F(KVMSPIMPPTaskReaderTest, StoredValuesAreConvertedToTheirUnits) {
     std::string name = "Task ";
     ASSERT_TRUE(tasks().taskName(7, name));
     EXPECT_EQ(name, "Task Seven");
-    // Format 14 has no offset for the task's cost: the read is refused, not zero.
     double cost = 0;
-    EXPECT_FALSE(tasks().taskCost(7, cost));
+    ASSERT_TRUE(tasks().taskCost(7, cost));
+    EXPECT_DOUBLE_EQ(cost, 1234.56);
     EXPECT_FALSE(tasks().taskName(3, name));
 }
 
