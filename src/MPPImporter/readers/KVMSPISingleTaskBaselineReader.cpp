@@ -1,10 +1,8 @@
 #include "MPPImporter/readers/KVMSPISingleTaskBaselineReader.h"
 
 #include "MPPCommon/date/DateExtensions.h"
-#include "MPPCommon/storage/SSLStream.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPImporter/file/KVMSPIMPP12PropertyList.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
 #include "MPPImporter/readers/KVMSPIMPPTaskReader.h"
 #include "MPPImporter/readers/MPPExtendedFieldBlock.h"
 #include "MPPImporter/readers/MPPTaskPropertyKeys.h"
