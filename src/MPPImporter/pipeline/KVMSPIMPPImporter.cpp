@@ -108,6 +108,8 @@ std::string userInfoDescription(const TVException::UserInfo& userInfo) {
 
 TVError errorOfException(const TVException& exception) {
     if (exception.name() == kInternalInconsistencyException) {
+        // The error names no more than the kind; the log keeps the check that failed.
+        tvLog(stringWithFormat("ASSERTION: %s", exception.reason().c_str()));
         return TVError::make(kTVMSPGeneralErrorDomain, kTVMSPExceptionRaisedError, kAssertionDescription);
     }
     tvLog(stringWithFormat("EXCEPTION: %s\n%s\n%s", exception.name().c_str(), exception.reason().c_str(),

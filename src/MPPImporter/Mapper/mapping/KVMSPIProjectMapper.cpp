@@ -8,10 +8,13 @@
 #include "MPPImporter/Mapper/mapping/KVMSPIHammockTaskMapper.h"
 #include "MPPImporter/Mapper/mapping/KVMSPIIdMapper.h"
 #include "MPPImporter/Mapper/mapping/KVMSPIMapper.h"
+#include "MPPImporter/Mapper/mapping/KVMSPITaskMapper.h"
 #include "MPPImporter/Mapper/mapping/MSPIQueryAnswers.h"
 #include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 #include "MPPImporter/readers/KVMSPIMPPProjectReader.h"
+#include "MPPImporter/readers/KVMSPISingleTaskReader.h"
 
+#include <algorithm>
 #include <chrono>
 
 namespace {
@@ -33,6 +36,11 @@ std::optional<std::string> todayAt(int64_t hour, int64_t minute, int64_t second)
     fields->second = second;
     const auto date = calendar.dateFromComponents(*fields);
     return date ? KVMSPIUtilities::mppToMspdiDateTime(*date) : std::nullopt;
+}
+
+ElementPtr firstChild(const KVMSPCXMLElement& element, const char* name) {
+    const KVMSPCXMLElement::Elements children = element.elementsForName(name);
+    return children.empty() ? nullptr : children.front();
 }
 
 // The date of the project, or today at the given time when the plan has none.
@@ -84,6 +92,9 @@ KVMSPIProjectMapper::newScenarioFromMSPProject(KVMSPIMPPProjectReader& project) 
     const ElementPtr topTask = scenario->addChildElementWithName(element::kTask);
     topTask->setAttributeWithName(attribute::kId, value::kTopTaskId);
     topTask->addChildElementWithName(element::kType, value::kTaskTypeGroup);
+    const Objects tasks = queryObjectsOrEmpty(project, "Tasks/Task");
+    buildMspTasks(tasks, *scenario, *topTask);
+    buildTaskGroupsWithTopGroupTask(topTask);
 
     scenario->addComment(value::kCriticalPathComment);
     for (const ElementPtr& criticalPath : templateRoot->elementsForName(element::kCriticalPath)) {
@@ -145,4 +156,140 @@ void KVMSPIProjectMapper::addTopResourceToScenario(KVMSPIMPPProjectReader&, KVMS
     topResource->setAttributeWithName(attribute::kId, value::kTopResourceId);
     topResource->addChildElementWithName(element::kType, value::kResourceTypeGroup);
     scenario.addChild(topResource);
+}
+
+void KVMSPIProjectMapper::buildMspTasks(const Objects& mspTasks, KVMSPCXMLElement& scenario,
+                                        KVMSPCXMLElement& topGroupTask) {
+    using namespace tvnx;
+    tvLog(stringWithFormat("    Mapping %d MSP Tasks ......", static_cast<int>(mspTasks.size())));
+    std::vector<ElementPtr> tasks;
+    bool rootTaskFound = false;
+    for (const auto& mspTask : mspTasks) {
+        tvAssert(dynamic_cast<KVMSPISingleTaskReader*>(mspTask.get()) != nullptr,
+                 "Expected MSPISingleTaskReader as a Task object.");
+        const int64_t outlineLevel = queryInt(*mspTask, "OutlineLevel").value_or(0);
+        tvAssert(outlineLevel >= 0, stringWithFormat("Unexpected outline level %lld found in task (UID=%s)",
+                                                     static_cast<long long>(outlineLevel),
+                                                     queryString(*mspTask, "UID").value_or("").c_str()));
+        if (queryBool(*mspTask, "IsNull").value_or(false)) {
+            continue;
+        }
+        KVMSPITaskMapper taskMapper(_mapper, _mspScheduleFromStart, _userDataTOCElements, _mspTaskMaxId);
+        const ElementPtr task = taskMapper.newTaskFromMSPTask(*mspTask);
+        if (task == nullptr) {
+            continue;
+        }
+        const int64_t uid = taskMapper.mspTaskUID();
+        _mspTaskUIDs.push_back(uid);
+        _mspTaskUIDToTvnxTaskMap[uid] = task;
+        _userDataChanged = _userDataChanged || taskMapper.userDataChanged();
+        const bool summary = queryBool(*mspTask, "Summary").value_or(false);
+        const ElementPtr type = firstChild(*task, element::kType);
+        tvAssert(summary == (type && type->stringValue() == value::kTaskTypeGroup),
+                 "MSPDI Summary Task must be mapped to TVNX Group Task.");
+        if (uid == 0) {
+            tvAssert(!rootTaskFound, "Duplicate tasks with UID=0 found in the source document.");
+            rootTaskFound = true;
+            tvAssert(outlineLevel == 0 && summary, "This does not seem like a MS Project root task.");
+            addRootTask(*task, topGroupTask);
+            continue;
+        }
+        if (type && type->stringValue() == value::kTaskTypeGroup) {
+            _mapper.expandGroupTask(*task);
+        }
+        tasks.push_back(task);
+    }
+    for (const ElementPtr& task : tasks) {
+        scenario.addChild(task);
+    }
+}
+
+// The root task has no element of its own: the top task stands in for it and takes its dates.
+void KVMSPIProjectMapper::addRootTask(KVMSPCXMLElement& rootTask, KVMSPCXMLElement& topGroupTask) const {
+    using namespace tvnx::element;
+    for (const char* name : {kStartDate, kEndDate}) {
+        for (const ElementPtr& date : rootTask.elementsForName(name)) {
+            date->detach();
+            topGroupTask.addChild(date);
+        }
+    }
+    if (!_mspProjectName.empty()) {
+        ElementPtr title = firstChild(rootTask, kTitle);
+        if (title == nullptr) {
+            title = rootTask.insertChildElementWithName(kTitle, 0);
+        }
+        title->setStringValue(_mspProjectName);
+    }
+}
+
+// The outline in task ID order, whatever the order of the file: each task goes into its parent's
+// group, the first level into the top task.
+void KVMSPIProjectMapper::buildTaskGroupsWithTopGroupTask(const ElementPtr& topGroupTask) {
+    auto* taskReader = dynamic_cast<KVMSPIMPPTaskReader*>(_mapper.mspProject()->taskReader());
+    tvAssert(taskReader != nullptr, "Failed to get Task Reader from the mapper.");
+    const auto& parentTaskMap = taskReader->parentTaskMap();
+    const auto taskID = [taskReader](int64_t uid) {
+        int32_t id = 0;
+        return taskReader->taskID(static_cast<int32_t>(uid), id) ? std::optional<int32_t>(id) : std::nullopt;
+    };
+    std::vector<std::pair<std::optional<int32_t>, int64_t>> order;
+    for (const int64_t uid : _mspTaskUIDs) {
+        order.emplace_back(taskID(uid), uid);
+    }
+    // A failed lookup compares equal to every other: such a task keeps its place among its neighbours.
+    std::stable_sort(order.begin(), order.end(), [](const auto& first, const auto& second) {
+        return first.first && second.first && *first.first < *second.first;
+    });
+    for (const auto& [id, uid] : order) {
+        const auto parent = parentTaskMap.find(static_cast<int32_t>(uid));
+        if (parent == parentTaskMap.end() || parent->second < 0) {
+            continue;
+        }
+        const ElementPtr task = _mspTaskUIDToTvnxTaskMap.at(uid);
+        ElementPtr group = topGroupTask;
+        if (parent->second != 0) {
+            const auto found = _mspTaskUIDToTvnxTaskMap.find(parent->second);
+            group = found == _mspTaskUIDToTvnxTaskMap.end() ? nullptr : found->second;
+        }
+        const ElementPtr reference = KVMSPCXMLElement::initWithName(tvnx::element::kChildTask);
+        reference->setAttributeWithName(
+            tvnx::attribute::kIdref,
+            task->attributeForName(tvnx::attribute::kId)->stringValue().value_or(""));
+        addChildTaskRef(reference, group);
+    }
+}
+
+void KVMSPIProjectMapper::addChildTaskRef(const ElementPtr& childTask, const ElementPtr& group) {
+    using namespace tvnx::element;
+    if (childTask == nullptr || group == nullptr) {
+        return;
+    }
+    unsigned position = 0;
+    const KVMSPCXMLNode::Nodes children = group->children();
+    for (size_t index = children.size(); index-- > 0;) {
+        const std::string name = children[index]->name().value_or("");
+        if (name == kNote) {
+            position = static_cast<unsigned>(index);
+            break;
+        }
+        if (name == kChildTask || name == kStaticCost || name == kRecalculate) {
+            position = static_cast<unsigned>(index + 1);
+            break;
+        }
+        if (name == kType) {
+            position = static_cast<unsigned>(index + 1);
+            const KVMSPCXMLNode::Ptr parent = group->parent();
+            tvAssert(parent && parent->name() == kScenario,
+                     "it's probably only ok to get this far on the root task");
+            break;
+        }
+    }
+    if (position == 0) {
+        // Reported, and the reference goes to the end, so that the outline keeps the task.
+        tvLog("we should have found at least one required group task child element to insert a child task "
+              "after.");
+        group->addChild(childTask);
+        return;
+    }
+    group->insertChild(childTask, position);
 }

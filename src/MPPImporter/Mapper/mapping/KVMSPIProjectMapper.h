@@ -50,8 +50,7 @@ private:
     void addMspResources(const Objects& resources, KVMSPCXMLElement& scenario,
                          KVMSPCXMLElement& topGroupResource);
     AssignmentMap newAssignmentMapWithMspAssignments(const Objects& assignments) const;
-    void buildMspTasks(const Objects& tasks, const AssignmentMap& assignmentMap, const Objects& resources,
-                       KVMSPCXMLElement& scenario, KVMSPCXMLElement& topGroupTask);
+    void buildMspTasks(const Objects& tasks, KVMSPCXMLElement& scenario, KVMSPCXMLElement& topGroupTask);
     // Makes a plain task a split task when its timephased data has gaps; the pieces are added to
     // `pieces`, each with the reference that its task holds. Answers whether the task was split.
     struct Piece {
@@ -59,7 +58,7 @@ private:
         ElementPtr reference;
     };
     bool splitTask(KVMSPIXQuery& mspTask, KVMSPCXMLElement& task, std::vector<Piece>& pieces);
-    void addRootTask(KVMSPIXQuery& mspTask, KVMSPCXMLElement& task, KVMSPCXMLElement& topGroupTask) const;
+    void addRootTask(KVMSPCXMLElement& rootTask, KVMSPCXMLElement& topGroupTask) const;
     void addMspAssignmentsFromMap(const AssignmentMap& assignmentMap, KVMSPIXQuery& mspTask,
                                   KVMSPCXMLElement& task, const Objects& resources);
     void buildTaskGroupsWithTopGroupTask(const ElementPtr& topGroupTask);
