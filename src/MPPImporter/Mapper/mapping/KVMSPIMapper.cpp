@@ -138,7 +138,7 @@ void KVMSPIMapper::setHammockMapper(std::unique_ptr<KVMSPIHammockTaskMapper> ham
 void KVMSPIMapper::expandGroupTask(const KVMSPCXMLElement& task) {
     const std::string id = attributeText(task, tvnx::attribute::kId);
     if (expandedTaskIDsString) {
-        *expandedTaskIDsString += " " + id;
+        expandedTaskIDsString->append(" ").append(id);
     } else {
         expandedTaskIDsString = id;
     }
@@ -433,7 +433,7 @@ std::string KVMSPIMapper::currencyFormatSample(const std::string& symbol, int64_
     if (position == 0) {
         sample += symbol;
     } else if (position == 2) {
-        sample += " " + symbol;
+        sample.append(" ").append(symbol);
     }
     sample += "1,234";
     if (digits >= 1) {
@@ -445,7 +445,7 @@ std::string KVMSPIMapper::currencyFormatSample(const std::string& symbol, int64_
     if (position == 1) {
         sample += symbol;
     } else if (position == 3) {
-        sample += " " + symbol;
+        sample.append(" ").append(symbol);
     }
     return sample;
 }

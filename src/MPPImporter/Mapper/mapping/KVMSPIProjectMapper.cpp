@@ -5,17 +5,25 @@
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPCommon/support/TVPath.h"
+#include "MPPExporter/MPPObjects/KVMSPEScheduleCalendar.h"
+#include "MPPImporter/Mapper/mapping/KVMSPIAssignmentMapper.h"
+#include "MPPImporter/Mapper/mapping/KVMSPICalendarMapper.h"
 #include "MPPImporter/Mapper/mapping/KVMSPIHammockTaskMapper.h"
 #include "MPPImporter/Mapper/mapping/KVMSPIIdMapper.h"
 #include "MPPImporter/Mapper/mapping/KVMSPIMapper.h"
+#include "MPPImporter/Mapper/mapping/KVMSPIResourceMapper.h"
 #include "MPPImporter/Mapper/mapping/KVMSPITaskMapper.h"
+#include "MPPImporter/Mapper/mapping/KVMSPITimephasedDataMapper.h"
 #include "MPPImporter/Mapper/mapping/MSPIQueryAnswers.h"
 #include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 #include "MPPImporter/readers/KVMSPIMPPProjectReader.h"
+#include "MPPImporter/readers/KVMSPISingleAssignmentReader.h"
+#include "MPPImporter/readers/KVMSPISingleResourceReader.h"
 #include "MPPImporter/readers/KVMSPISingleTaskReader.h"
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 
 namespace {
 
@@ -54,6 +62,17 @@ std::string requiredProjectDate(KVMSPIXQuery& project, const char* name, int64_t
     return *date;
 }
 
+// The first base calendar of the name.
+std::shared_ptr<KVMSPIXQuery> baseCalendarNamed(KVMSPIMPPProjectReader& project, const std::string& name) {
+    for (const auto& calendar :
+         queryObjectsOrEmpty(project, stringWithFormat("Calendars/Calendar[Name=\"%s\"]", name.c_str()))) {
+        if (queryBool(*calendar, "IsBaseCalendar").value_or(false)) {
+            return calendar;
+        }
+    }
+    return nullptr;
+}
+
 } // namespace
 
 KVMSPIProjectMapper::KVMSPIProjectMapper(KVMSPIMapper& mapper, int64_t* mspTaskMaxId,
@@ -84,7 +103,10 @@ KVMSPIProjectMapper::newScenarioFromMSPProject(KVMSPIMPPProjectReader& project) 
 
     scenario->addComment(value::kResourcesComment);
     tvLog("    Adding top resource ......");
-    addTopResourceToScenario(project, *scenario);
+    const ElementPtr topResource = addTopResourceToScenario(project, *scenario);
+    const Objects resources = queryObjectsOrEmpty(project, "Resources/Resource");
+    tvLog(stringWithFormat("    Mapping %lu Resources ...", static_cast<unsigned long>(resources.size())));
+    addMspResources(resources, *scenario, *topResource);
 
     scenario->addComment(value::kTasksComment);
     scenario->addChildElementWithName(element::kTopTask)
@@ -92,8 +114,10 @@ KVMSPIProjectMapper::newScenarioFromMSPProject(KVMSPIMPPProjectReader& project) 
     const ElementPtr topTask = scenario->addChildElementWithName(element::kTask);
     topTask->setAttributeWithName(attribute::kId, value::kTopTaskId);
     topTask->addChildElementWithName(element::kType, value::kTaskTypeGroup);
-    const Objects tasks = queryObjectsOrEmpty(project, "Tasks/Task");
-    buildMspTasks(tasks, *scenario, *topTask);
+    const Objects assignments = queryObjectsOrEmpty(project, "Assignments/Assignment");
+    tvLog(stringWithFormat("    Mapping %d Assignments ...", static_cast<int>(assignments.size())));
+    const AssignmentMap assignmentMap = newAssignmentMapWithMspAssignments(assignments);
+    buildMspTasks(queryObjectsOrEmpty(project, "Tasks/Task"), assignmentMap, resources, *scenario, *topTask);
     buildTaskGroupsWithTopGroupTask(topTask);
 
     scenario->addComment(value::kCriticalPathComment);
@@ -148,21 +172,96 @@ void KVMSPIProjectMapper::addProjectDates(KVMSPIMPPProjectReader& project, KVMSP
     }
 }
 
-void KVMSPIProjectMapper::addTopResourceToScenario(KVMSPIMPPProjectReader&, KVMSPCXMLElement& scenario) {
+KVMSPIProjectMapper::ElementPtr KVMSPIProjectMapper::addTopResourceToScenario(KVMSPIMPPProjectReader& project,
+                                                                              KVMSPCXMLElement& scenario) {
     using namespace tvnx;
     scenario.addChildElementWithName(element::kTopResource)
         ->setAttributeWithName(attribute::kIdref, value::kTopResourceId);
     const ElementPtr topResource = KVMSPCXMLElement::initWithName(element::kResource);
     topResource->setAttributeWithName(attribute::kId, value::kTopResourceId);
     topResource->addChildElementWithName(element::kType, value::kResourceTypeGroup);
+    const std::shared_ptr<KVMSPIXQuery> calendar = projectCalendar(project);
+    tvAssert(calendar != nullptr && queryBool(*calendar, "IsBaseCalendar").value_or(false),
+             "MSPDI 'Standard' Calendar is not a base calendar.");
+    _mapper.setMspStandardCalendarUID(queryInt(*calendar, "UID").value_or(-1));
+    const ElementPtr schedule = KVMSPICalendarMapper(_mapper).newScheduleFromMSPCalendar(*calendar, nullptr);
+    topResource->addComment(value::kProjectScheduleComment);
+    topResource->addChild(schedule);
     scenario.addChild(topResource);
+    // Splits measure working time on the project calendar.
+    _mapper.setScheduleCalendar(std::make_unique<KVMSPEScheduleCalendar>(*schedule));
+    return topResource;
 }
 
-void KVMSPIProjectMapper::buildMspTasks(const Objects& mspTasks, KVMSPCXMLElement& scenario,
+// The calendar named "Standard" wins whenever there is one; the default is taken only without it.
+std::shared_ptr<KVMSPIXQuery> KVMSPIProjectMapper::projectCalendar(KVMSPIMPPProjectReader& project) const {
+    std::shared_ptr<KVMSPIXQuery> projectDefault;
+    if (const auto name = queryString(project, "DefaultCalendarName")) {
+        projectDefault = baseCalendarNamed(project, *name);
+        if (projectDefault) {
+            tvLog(stringWithFormat("      The main base (Project) calendar was found at UID=%d. Name=%s",
+                                   static_cast<int>(queryInt(*projectDefault, "UID").value_or(-1)),
+                                   name->c_str()));
+        }
+    }
+    const auto standard = baseCalendarNamed(project, "Standard");
+    if (standard) {
+        tvLog(stringWithFormat("      The main base Standard calendar was found at UID=%d.",
+                               static_cast<int>(queryInt(*standard, "UID").value_or(-1))));
+    }
+    return standard ? standard : projectDefault;
+}
+
+// MS Project's reserved resource (UID 0) doesn't become a resource.
+void KVMSPIProjectMapper::addMspResources(const Objects& mspResources, KVMSPCXMLElement& scenario,
+                                          KVMSPCXMLElement& topGroupResource) {
+    using namespace tvnx;
+    std::vector<ElementPtr> resources;
+    for (const auto& mspResource : mspResources) {
+        tvAssert(dynamic_cast<KVMSPISingleResourceReader*>(mspResource.get()) != nullptr,
+                 "Expected MSPISingleResourceReader as a Resource object.");
+        if (queryInt(*mspResource, "UID").value_or(0) == 0) {
+            continue;
+        }
+        KVMSPIResourceMapper resourceMapper(_mapper, _userDataTOCElements, _mspResourceMaxId);
+        const ElementPtr resource = resourceMapper.newResourceFromMSPResource(*mspResource);
+        _userDataChanged = _userDataChanged || resourceMapper.userDataChanged();
+        if (resource != nullptr) {
+            resources.push_back(resource);
+            topGroupResource.addChildElementWithName(element::kChildResource)
+                ->setAttributeWithName(
+                    attribute::kIdref,
+                    resource->attributeForName(attribute::kId)->stringValue().value_or(""));
+        }
+    }
+    for (const ElementPtr& resource : resources) {
+        scenario.addChild(resource);
+    }
+}
+
+// Assignments without a resource stay out.
+KVMSPIProjectMapper::AssignmentMap
+KVMSPIProjectMapper::newAssignmentMapWithMspAssignments(const Objects& assignments) const {
+    AssignmentMap assignmentMap;
+    for (const auto& assignment : assignments) {
+        tvAssert(dynamic_cast<KVMSPISingleAssignmentReader*>(assignment.get()) != nullptr,
+                 "Expected MSPISingleAssignmentReader as a Assignment object.");
+        const auto taskUID = queryInt(*assignment, "TaskUID");
+        const auto resourceUID = queryInt(*assignment, "ResourceUID");
+        if (taskUID && resourceUID && *resourceUID >= 0) {
+            assignmentMap[*taskUID].push_back(assignment);
+        }
+    }
+    return assignmentMap;
+}
+
+void KVMSPIProjectMapper::buildMspTasks(const Objects& mspTasks, const AssignmentMap& assignmentMap,
+                                        const Objects& resources, KVMSPCXMLElement& scenario,
                                         KVMSPCXMLElement& topGroupTask) {
     using namespace tvnx;
     tvLog(stringWithFormat("    Mapping %d MSP Tasks ......", static_cast<int>(mspTasks.size())));
     std::vector<ElementPtr> tasks;
+    std::vector<Piece> pieces;
     bool rootTaskFound = false;
     for (const auto& mspTask : mspTasks) {
         tvAssert(dynamic_cast<KVMSPISingleTaskReader*>(mspTask.get()) != nullptr,
@@ -194,13 +293,89 @@ void KVMSPIProjectMapper::buildMspTasks(const Objects& mspTasks, KVMSPCXMLElemen
             addRootTask(*task, topGroupTask);
             continue;
         }
+        const bool split = !summary && splitTask(*mspTask, *task, pieces);
         if (type && type->stringValue() == value::kTaskTypeGroup) {
             _mapper.expandGroupTask(*task);
         }
         tasks.push_back(task);
+        if (!summary || split) {
+            addMspAssignmentsFromMap(assignmentMap, *mspTask, *task, resources);
+        }
     }
     for (const ElementPtr& task : tasks) {
         scenario.addChild(task);
+    }
+    // Pieces become tasks with fresh UIDs above all others.
+    for (const Piece& piece : pieces) {
+        scenario.addChild(piece.task);
+        ++*_mspTaskMaxId;
+        const std::string id = _mapper.idMapper().taskIdFromMspdiUID(
+            stringWithFormat("%lld", static_cast<long long>(*_mspTaskMaxId)));
+        piece.task->setAttributeWithName(attribute::kId, id);
+        piece.reference->setAttributeWithName(attribute::kIdref, id);
+    }
+}
+
+bool KVMSPIProjectMapper::splitTask(KVMSPIXQuery& mspTask, KVMSPCXMLElement& task,
+                                    std::vector<Piece>& pieces) {
+    using namespace tvnx;
+    KVMSPITimephasedDataMapper timephasedMapper(_mapper);
+    const std::vector<ElementPtr> splits = timephasedMapper.newSplitTasksFromMspdiTask(mspTask);
+    if (splits.empty()) {
+        return false;
+    }
+    tvAssert(splits.size() >= 2, "Minimum number of task splits must be 2.");
+    const ElementPtr split = KVMSPCXMLElement::initWithName(element::kSplit);
+    if (const ElementPtr type = firstChild(task, element::kType)) {
+        task.replaceChildAtIndex(type->index(), split);
+    } else if (const ElementPtr title = firstChild(task, element::kTitle)) {
+        task.insertChild(split, title->index() + 1);
+    } else {
+        task.insertChild(split, 0);
+    }
+    if (timephasedMapper.taskEndDate()) {
+        if (const auto end = KVMSPIUtilities::mppToTvnxDateTime(*timephasedMapper.taskEndDate())) {
+            if (const ElementPtr endDate = firstChild(task, element::kEndDate)) {
+                endDate->setStringValue(*end);
+            } else {
+                task.addChildElementWithName(element::kEndDate, *end);
+            }
+            for (const char* name : {element::kLockedEndDate, element::kEndConstraintDate}) {
+                if (const ElementPtr date = firstChild(task, name)) {
+                    date->setStringValue(*end);
+                }
+            }
+        }
+    }
+    double effort = 0.0;
+    for (const ElementPtr& piece : splits) {
+        const ElementPtr reference = task.addChildElementWithName(element::kChildTask);
+        reference->setAttributeWithName(attribute::kIdref,
+                                        piece->attributeForName(attribute::kId)->stringValue());
+        effort +=
+            std::strtod(firstChild(*piece, element::kEffort)->stringValue().value_or("0").c_str(), nullptr);
+        pieces.push_back({piece, reference});
+    }
+    if (effort > 0.0) {
+        const std::string text = stringWithFormat("%.02f", effort);
+        if (const ElementPtr taskEffort = firstChild(task, element::kEffort)) {
+            taskEffort->setStringValue(text);
+        } else {
+            task.insertChild(KVMSPCXMLElement::initWithName(element::kEffort, text), split->index() + 1);
+        }
+    }
+    return true;
+}
+
+void KVMSPIProjectMapper::addMspAssignmentsFromMap(const AssignmentMap& assignmentMap, KVMSPIXQuery& mspTask,
+                                                   KVMSPCXMLElement& task, const Objects& resources) {
+    const auto uid = queryInt(mspTask, "UID");
+    const auto found = uid ? assignmentMap.find(*uid) : assignmentMap.end();
+    if (found == assignmentMap.end()) {
+        return;
+    }
+    for (const auto& assignment : found->second) {
+        task.addChild(KVMSPIAssignmentMapper(_mapper).newAssignmentFromMSPAssignment(*assignment, resources));
     }
 }
 

@@ -44,13 +44,15 @@ public:
 private:
     std::string projectName(KVMSPIMPPProjectReader& project) const;
     void addProjectDates(KVMSPIMPPProjectReader& project, KVMSPCXMLElement& scenario);
-    void addTopResourceToScenario(KVMSPIMPPProjectReader& project, KVMSPCXMLElement& scenario);
+    // The top resource with the project calendar; it also becomes the mapper's schedule calendar.
+    ElementPtr addTopResourceToScenario(KVMSPIMPPProjectReader& project, KVMSPCXMLElement& scenario);
     // The base calendar named "Standard", else the project's default base calendar.
     std::shared_ptr<KVMSPIXQuery> projectCalendar(KVMSPIMPPProjectReader& project) const;
     void addMspResources(const Objects& resources, KVMSPCXMLElement& scenario,
                          KVMSPCXMLElement& topGroupResource);
     AssignmentMap newAssignmentMapWithMspAssignments(const Objects& assignments) const;
-    void buildMspTasks(const Objects& tasks, KVMSPCXMLElement& scenario, KVMSPCXMLElement& topGroupTask);
+    void buildMspTasks(const Objects& tasks, const AssignmentMap& assignmentMap, const Objects& resources,
+                       KVMSPCXMLElement& scenario, KVMSPCXMLElement& topGroupTask);
     // Makes a plain task a split task when its timephased data has gaps; the pieces are added to
     // `pieces`, each with the reference that its task holds. Answers whether the task was split.
     struct Piece {
