@@ -314,7 +314,8 @@ std::string KVMSPICalendarMapper::reoccurenceRule(int32_t freq, const std::vecto
         for (int bit = 0; bit < 7; ++bit) {
             if ((p(1) & (1 << bit)) != 0) {
                 days.append(days.empty() ? "" : ",").append(kRecurrenceDayNames[static_cast<size_t>(bit)]);
-            }        }
+            }
+        }
         return days.empty() ? rule : rule + ";BYDAY=" + days;
     }
     case kMonthlyOnWeekday:

@@ -2,6 +2,7 @@
 
 #include "MPPCommon/bundle/KVTVNXNames.h"
 #include "MPPCommon/xml/MSPCXMLText.h"
+#include "MPPImporter/Mapper/mapping/MSPIXmlCharacters.h"
 
 #include <array>
 #include <string_view>
@@ -26,7 +27,8 @@ KVMSPCXMLElement::ElementPtr KVMSPINoteMapper::newNoteFromMSPNotes(const std::st
     using namespace tvnx::element;
     const KVMSPCXMLElement::ElementPtr note = KVMSPCXMLElement::initWithName(kNote);
     const KVMSPCXMLElement::ElementPtr text = note->addChildElementWithName(kText);
-    const std::string clean = filterInvalidXmlCharacters(notes);
+    // The characters from U+0010 on that the filter keeps can't stand in XML either.
+    const std::string clean = xmlCharacterText(filterInvalidXmlCharacters(notes));
     size_t lineStart = 0;
     while (lineStart < clean.size()) {
         size_t position = lineStart;

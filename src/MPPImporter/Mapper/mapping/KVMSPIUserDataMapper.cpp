@@ -1,6 +1,7 @@
 #include "MPPImporter/Mapper/mapping/KVMSPIUserDataMapper.h"
 
 #include "MPPCommon/bundle/KVTVNXNames.h"
+#include "MPPImporter/Mapper/mapping/MSPIXmlCharacters.h"
 
 KVMSPIUserDataMapper::KVMSPIUserDataMapper(MSPIUserDataTOCElements& userDataTOCElements)
     : _userDataTOCElements(userDataTOCElements) {}
@@ -12,8 +13,8 @@ KVMSPCXMLElement::ElementPtr KVMSPIUserDataMapper::newUserDataFromDictionary(con
     }
     const KVMSPCXMLElement::ElementPtr userData = KVMSPCXMLElement::initWithName(kUserData);
     for (const auto& [name, value] : fields) {
-        userData->addChildElementWithName(kKey, name);
-        userData->addChildElementWithName(kString, value);
+        userData->addChildElementWithName(kKey, xmlCharacterText(name));
+        userData->addChildElementWithName(kString, xmlCharacterText(value));
     }
     return userData;
 }
@@ -26,11 +27,11 @@ bool KVMSPIUserDataMapper::setUserDataTOCElementsForTag(const std::optional<std:
     }
     const KVMSPCXMLElement::ElementPtr userData = KVMSPCXMLElement::initWithName(kUserData);
     for (const auto& [name, value] : fields) {
-        userData->addChildElementWithName(kKey, name);
+        userData->addChildElementWithName(kKey, xmlCharacterText(name));
         if (tag) {
             userData->addChildElementWithName(kNull);
         } else {
-            userData->addChildElementWithName(kString, value);
+            userData->addChildElementWithName(kString, xmlCharacterText(value));
         }
     }
     _userDataTOCElements[tag.value_or(kMSPIProjectUserDataTag)] = userData;

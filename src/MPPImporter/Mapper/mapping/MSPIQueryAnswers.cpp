@@ -1,5 +1,7 @@
 #include "MPPImporter/Mapper/mapping/MSPIQueryAnswers.h"
 
+#include "MPPImporter/Mapper/mapping/MSPIXmlCharacters.h"
+
 namespace {
 
 // The answer when the query reported no error.
@@ -14,8 +16,8 @@ std::optional<Answer> answerWithoutError(Ask ask) {
 
 std::optional<std::string> queryString(KVMSPIXQuery& object, const std::string& xquery) {
     TVError error;
-    std::optional<std::string> text = object.stringValueForXQuery(xquery, &error);
-    return error.domain.empty() ? text : std::nullopt;
+    const std::optional<std::string> text = object.stringValueForXQuery(xquery, &error);
+    return error.domain.empty() && text ? std::optional(xmlCharacterText(*text)) : std::nullopt;
 }
 
 std::optional<int64_t> queryInt(KVMSPIXQuery& object, const std::string& xquery) {

@@ -8,6 +8,7 @@
 
 // The answers of the mappers' path queries with "absent" made one case: a query that reports an error
 // and a value that isn't there both give none. Optional values of a plan are read this way.
+// Texts come without the characters that XML can't hold, ready for the bundle.
 std::optional<std::string> queryString(KVMSPIXQuery& object, const std::string& xquery);
 std::optional<int64_t> queryInt(KVMSPIXQuery& object, const std::string& xquery);
 std::optional<double> queryFloat(KVMSPIXQuery& object, const std::string& xquery);

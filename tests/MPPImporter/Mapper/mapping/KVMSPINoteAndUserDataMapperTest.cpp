@@ -1,5 +1,6 @@
 #include "MPPImporter/Mapper/mapping/KVMSPINoteMapper.h"
 #include "MPPImporter/Mapper/mapping/KVMSPIUserDataMapper.h"
+#include "MPPImporter/Mapper/mapping/MSPIXmlCharacters.h"
 
 #include <gtest/gtest.h>
 
@@ -26,6 +27,24 @@ TEST(KVMSPINoteAndUserDataMapperTest, EachLineOfANoteIsAParagraph) {
                       "e"),
               paragraphs({"a", "", "b", "c", "d", "e"}));
     EXPECT_EQ(noteXml("tab\there\x08!"), paragraphs({"tab\there!"}));
+}
+
+TEST(KVMSPINoteAndUserDataMapperTest, TextsLoseWhatXmlCantHold) {
+    const struct {
+        std::string text, clean;
+    } rows[] = {
+        {"plain \t\r\n text", "plain \t\r\n text"},
+        {"a\x01\x08\x0B\x10\x1F"
+         "b",
+         "ab"},
+        {"\xEF\xBF\xBF\xEF\xBF\xBE|\xEF\xBF\xBD", "|\xEF\xBF\xBD"},
+        {"\xED\xA0\x80 surrogate, \xC0\xAF overlong, \xFF stray, \xE2\x82 cut",
+         " surrogate,  overlong,  stray,  cut"},
+        {"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(xmlCharacterText(row.text), row.clean) << row.text;
+    }
 }
 
 TEST(KVMSPINoteAndUserDataMapperTest, CustomFieldsAndTheirDeclarations) {
