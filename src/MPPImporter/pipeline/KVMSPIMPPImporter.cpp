@@ -9,6 +9,8 @@
 #include "MPPCommon/support/TVMSPErrors.h"
 #include "MPPCommon/support/TVPath.h"
 #include "MPPImporter/file/KVMSPIMPPVersionReader.h"
+#include "MPPImporter/pipeline/MSPITvnxDocumentCheck.h"
+#include "MPPImporter/readers/KVMSPIMPPProjectReader.h"
 
 #include <filesystem>
 
@@ -73,12 +75,18 @@ void copyTemplateBundle(const TVFileURL& templateURL, const TVFileURL& destinati
     }
 }
 
+// The scenario that the mapper made, or none. The shape check is advisory: a document that fails it
+// is written all the same, with a warning.
 DocumentPtr mappedDocument(std::unique_ptr<KVMSPIMapperInterface> mapper) {
     if (mapper == nullptr) {
         return nullptr;
     }
     mapper->map();
-    return mapper->tvnxXmlDoc();
+    DocumentPtr document = mapper->tvnxXmlDoc();
+    if (document != nullptr && !isWellFormedTvnxDoc(*document)) {
+        tvLog("    !!! WARNING: The mapped scenario lacks a part of the scenario form.");
+    }
+    return document;
 }
 
 // Pretty printed and written atomically; a failed write is not reported, and the file stays as it was.
@@ -100,6 +108,8 @@ std::string userInfoDescription(const TVException::UserInfo& userInfo) {
 
 TVError errorOfException(const TVException& exception) {
     if (exception.name() == kInternalInconsistencyException) {
+        // The error names no more than the kind; the log keeps the check that failed.
+        tvLog(stringWithFormat("ASSERTION: %s", exception.reason().c_str()));
         return TVError::make(kTVMSPGeneralErrorDomain, kTVMSPExceptionRaisedError, kAssertionDescription);
     }
     tvLog(stringWithFormat("EXCEPTION: %s\n%s\n%s", exception.name().c_str(), exception.reason().c_str(),
@@ -149,8 +159,8 @@ bool KVMSPIMPPImporter::importBundle(const TVFileURL& mppURL, const TVFileURL& t
     const DocumentPtr tocDoc = newXmlDocFromUrlStripNamespace(tocURL, tocNamespaceURI);
 
     tvLog("Step 1: Get version of MS Project input MPP document...");
-    std::unique_ptr<KVMSPIMPPVersionReader> versionReader =
-        std::make_unique<KVMSPIMPPVersionReader>(mppURL.absoluteString());
+    std::unique_ptr<KVMSPIMPPVersionReader> versionReader = std::make_unique<KVMSPIMPPVersionReader>(
+        mppURL.absoluteString(), KVMSPIMPPProjectReader::projectReaderFactory());
     SSLRoot root(mppURL.path());
     if (root.lastError() != 0) {
         setError(error, TVError::make(kTVMSPGeneralErrorDomain, kTVMSPInvalidMPPFileError,
@@ -177,7 +187,6 @@ bool KVMSPIMPPImporter::importBundle(const TVFileURL& mppURL, const TVFileURL& t
     if (actualDoc == nullptr) {
         return false;
     }
-    // Documents are written whether or not they pass isWellFormedTvnxDoc: the check is advisory.
     tvLog("  Writing out imported Tarvane document bundle ...");
     writeDocument(*actualDoc, actualURL);
 

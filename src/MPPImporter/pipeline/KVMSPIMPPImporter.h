@@ -3,7 +3,7 @@
 #include "MPPCommon/support/TVError.h"
 #include "MPPCommon/support/TVFileURL.h"
 #include "MPPCommon/support/TVInfoDictionary.h"
-#include "MPPImporter/pipeline/KVMSPIMapperInterface.h"
+#include "MPPImporter/Mapper/mapping/KVMSPIMapperInterface.h"
 
 // Name of the exception that the import raises for arguments it can't take and a template it can't
 // copy.

@@ -1,11 +1,12 @@
+#include "MPPImporter/Mapper/mapping/KVMSPIMapper.h"
 #include "tool/frontend/FilterEntry.h"
 
 #include <cerrno>
 
 int main(int argc, char** argv) {
     PreferencesStore preferences(PreferencesStore::defaultConfigRoot());
-    ImporterFactory makeImporter = [](const TVInfoDictionary& info) {
-        return std::make_unique<KVMSPIMPPImporter>(info);
+    ImporterFactory makeImporter = [mapperFactory = KVMSPIMapper::factory()](const TVInfoDictionary& info) {
+        return std::make_unique<KVMSPIMPPImporter>(info, mapperFactory);
     };
     ExporterFactory makeExporter = [](const TVInfoDictionary& info) {
         return std::make_unique<KVMSPEMPPExporter>(info);

@@ -3,7 +3,7 @@
 #include "MPPCommon/storage/SSLRoot.h"
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPCommon/storage/SSLStream.h"
-#include "MPPImporter/pipeline/KVMSPIMapperInterface.h"
+#include "MPPImporter/Mapper/mapping/KVMSPIMapperInterface.h"
 #include "support/TestSupport.h"
 
 #include <fstream>

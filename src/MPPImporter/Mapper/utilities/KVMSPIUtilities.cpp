@@ -1,6 +1,7 @@
 #include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 
 #include "MPPCommon/date/DateExtensions.h"
+#include "MPPCommon/date/DatePatternFormatter.h"
 #include "MPPCommon/date/StringExtensions.h"
 #include "MPPCommon/shared/MSPCAtomicWrite.h"
 #include "MPPCommon/support/Log.h"
@@ -336,7 +337,10 @@ std::optional<std::string> KVMSPIUtilities::mspdiDateTimeToString(const std::str
         return std::nullopt;
     }
     const auto date = dateFromComponents(requiredDateTime(text, kMspdiParseFailure).components);
-    return date ? std::optional(dateDescription(*date)) : std::nullopt;
+    if (!date) {
+        return std::nullopt;
+    }
+    return DatePatternFormatter("yyyy-MM-dd HH:mm:ss Z", TVTimeZone::systemTimeZone()).stringFromDate(*date);
 }
 
 std::optional<TVDate> KVMSPIUtilities::mspdiToMppDateTime(const std::string& text) {

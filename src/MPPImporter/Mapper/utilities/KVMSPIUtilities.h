@@ -45,6 +45,8 @@ public:
     static std::optional<std::string> mspdiToTvnxDateTime(const std::string& text);
     // Seconds after midnight of the time in the text, as decimal text.
     static std::optional<std::string> mspdiToTvnxTimeOnly(const std::string& text);
+    // The platform's text of the wall clock, "yyyy-MM-dd HH:mm:ss" labelled with the system zone's
+    // offset ("+0000" in UTC), so that the wall clock stays whatever the machine's zone.
     static std::optional<std::string> mspdiDateTimeToString(const std::string& text);
     static std::optional<TVDate> mspdiToMppDateTime(const std::string& text);
     // The instant of TVNX text in its own zone (the system zone when it has none).

@@ -1,0 +1,305 @@
+#include "MPPCommon/date/DateTestSupport.h"
+#include "MPPCommon/support/Log.h"
+#include "MPPCommon/xml/KVMSPCXMLDocument.h"
+#include "MPPImporter/Mapper/mapping/KVMSPIMapper.h"
+#include "support/TestSupport.h"
+#include "tool/frontend/ImportDriver.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
+
+// Imports real plans through the import driver, as the program does, and checks the bundles.
+
+namespace {
+
+namespace fs = std::filesystem;
+using ElementPtr = KVMSPCXMLElement::ElementPtr;
+
+// The format generation of each corpus file, from the corpus index.
+std::map<std::string, int> formatGenerations() {
+    std::map<std::string, int> formats;
+    std::ifstream index(testsupport::corpusDir() / "mpp" / "INDEX.tsv");
+    for (std::string line; std::getline(index, line);) {
+        std::vector<std::string> columns;
+        std::istringstream parts(line);
+        for (std::string column; std::getline(parts, column, '\t');) {
+            columns.push_back(column);
+        }
+        if (columns.size() > 3) {
+            formats[columns[0]] = std::atoi(columns[3].c_str());
+        }
+    }
+    return formats;
+}
+
+// What a plan does differently from the rule, with the reason: "<file>\t<expectation>\t<reason>" per
+// line, "#" starting a comment. "refused <status>": the import refuses a plan of a generation that
+// is read; "zone": the wall clocks of the bundle move with the machine's zone.
+std::map<std::string, std::string> manifest() {
+    std::map<std::string, std::string> expectations;
+    std::ifstream in(std::string(TVMSP_SOURCE_DIR) + "/tests/tool/frontend/ImportCorpusTest.manifest");
+    for (std::string line; std::getline(in, line);) {
+        std::istringstream parts(line);
+        std::string file;
+        std::string expectation;
+        if (!line.empty() && line[0] != '#' && std::getline(parts, file, '\t') &&
+            std::getline(parts, expectation, '\t')) {
+            expectations[file] = expectation;
+        }
+    }
+    return expectations;
+}
+
+// The refusal status that the manifest expects of a plan, 0 for none.
+int expectedRefusal(const std::map<std::string, std::string>& expectations, const std::string& file) {
+    const auto found = expectations.find(file);
+    return found != expectations.end() && found->second.rfind("refused ", 0) == 0
+               ? std::atoi(found->second.c_str() + 8)
+               : 0;
+}
+
+// Entries of one kind whose plans the corpus holds and the run didn't meet; empty when all were met.
+std::string unmetEntries(const std::map<std::string, std::string>& expectations, const std::string& kind,
+                         const std::set<std::string>& met) {
+    std::string unmet;
+    for (const auto& [file, expectation] : expectations) {
+        if (expectation.rfind(kind, 0) == 0 && met.count(file) == 0 &&
+            fs::exists(testsupport::corpusDir() / "mpp" / file) && testsupport::corpusShare(1) == 1) {
+            unmet += file + " ";
+        }
+    }
+    return unmet;
+}
+
+class ImportCorpusTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        tvSetLogSink([this](const std::string& line) { m_log += line + "\n"; });
+    }
+    void TearDown() override { tvSetLogSink({}); }
+
+    // Imports the arguments' inputs into `folder` as the program does; the status of the last input.
+    int import(const std::vector<std::string>& inputs, const fs::path& folder) {
+        m_log.clear();
+        fs::create_directories(folder);
+        const ImporterFactory makeImporter = [mapperFactory =
+                                                  KVMSPIMapper::factory()](const TVInfoDictionary& info) {
+            return std::make_unique<KVMSPIMPPImporter>(info, mapperFactory);
+        };
+        const ImportDriver driver(makeImporter, PreferencesStore((m_temp.path() / "config").string()));
+        std::vector<std::string> arguments = {"tvmspfilter", "--template-path",
+                                              std::string(TVMSP_SOURCE_DIR) + "/templates/Template.tvnx"};
+        if (inputs.size() == 1) {
+            arguments.push_back(inputs.front());
+        } else {
+            const fs::path list = folder / "inputs.txt";
+            std::ofstream out(list);
+            for (const std::string& input : inputs) {
+                out << input << "\n";
+            }
+            arguments.insert(arguments.end(), {"--input-list", list.string()});
+        }
+        arguments.insert(arguments.end(), {folder.string(), "-accept-downgraded"});
+        return driver.run(arguments, "tvmspfilter");
+    }
+
+    std::string failureLines() const {
+        std::string lines;
+        std::istringstream log(m_log);
+        for (std::string line; std::getline(log, line);) {
+            if (line.find("ASSERTION") != std::string::npos || line.find("FAILED") != std::string::npos ||
+                line.find("EXCEPTION") != std::string::npos) {
+                lines += line + "\n";
+            }
+        }
+        return lines;
+    }
+
+    testsupport::TempDir m_temp;
+    std::string m_log;
+};
+
+std::vector<fs::path> bundlesIn(const fs::path& folder) {
+    std::vector<fs::path> bundles;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        if (entry.path().extension() == ".tvnx") {
+            bundles.push_back(entry.path());
+        }
+    }
+    return bundles;
+}
+
+ElementPtr firstChild(const KVMSPCXMLElement& element, const char* name) {
+    const auto children = element.elementsForName(name);
+    return children.empty() ? nullptr : children.front();
+}
+
+std::string attribute(const KVMSPCXMLElement& element, const char* name) {
+    const auto node = element.attributeForName(name);
+    return node ? node->stringValue().value_or("") : "";
+}
+
+// What is wrong with a bundle: XML files that don't parse, and a table of contents that doesn't name
+// the scenario files, the editing scenario, or next ids above every id used.
+std::string bundleProblems(const fs::path& bundle) {
+    std::string problems;
+    std::map<std::string, ElementPtr> roots;
+    for (const auto& entry : fs::directory_iterator(bundle)) {
+        TVError error;
+        const auto document = KVMSPCXMLDocument::initWithContentsOfURL(entry.path(), 0, nullptr, &error);
+        if (document == nullptr || document->rootElement() == nullptr) {
+            problems += entry.path().filename().string() + " is no well-formed XML; ";
+        } else {
+            roots[entry.path().filename().string()] = document->rootElement();
+        }
+    }
+    const ElementPtr toc = roots["__TOC.xml"];
+    if (toc == nullptr || roots["Actual.xml"] == nullptr) {
+        return problems + "no table of contents or no actual plan";
+    }
+    const ElementPtr project = firstChild(*toc, "project");
+    const ElementPtr window = firstChild(*toc, "window");
+    for (const ElementPtr& scenario : project->elementsForName("scenario")) {
+        if (roots.count(attribute(*scenario, "filename")) == 0) {
+            problems += "the scenario " + attribute(*scenario, "name") + " names no file; ";
+        }
+    }
+    const ElementPtr editing = firstChild(*window, "editing-scenario");
+    if (!editing || editing->stringValue() != attribute(*roots["Actual.xml"], "id")) {
+        problems += "the editing scenario is not the actual plan; ";
+    }
+    const long long nextTaskId = std::atoll(firstChild(*project, "next-task-id")->stringValue()->c_str());
+    const long long nextResourceId =
+        std::atoll(firstChild(*project, "next-resource-id")->stringValue()->c_str());
+    for (const auto& [name, root] : roots) {
+        for (const char* kind : {"task", "resource"}) {
+            for (const ElementPtr& object : root->elementsForName(kind)) {
+                const long long id = std::atoll(attribute(*object, "id").c_str() + 1);
+                if (id >= (kind[0] == 't' ? nextTaskId : nextResourceId)) {
+                    problems += name + ": " + attribute(*object, "id") + " is not below the next id; ";
+                }
+            }
+        }
+    }
+    return problems;
+}
+
+TEST_F(ImportCorpusTest, EveryReadablePlanImportsIntoOneWellFormedBundle) {
+    TVMSP_REQUIRE_CORPUS();
+    const std::map<std::string, int> formats = formatGenerations();
+    const std::map<std::string, std::string> expectations = manifest();
+    std::set<std::string> refusalsSeen;
+    long imported = 0;
+    for (const fs::path& plan : testsupport::corpusMppFiles()) {
+        const std::string name = plan.filename().string();
+        const fs::path folder = m_temp.path() / "out";
+        fs::remove_all(folder);
+        const auto modified = fs::last_write_time(plan);
+        const int status = import({plan.string()}, folder);
+        EXPECT_EQ(fs::last_write_time(plan), modified) << name << ": the input was modified";
+        const int refusal = formats.at(name) == 8 ? 1 : expectedRefusal(expectations, name);
+        if (refusal != 0) {
+            EXPECT_EQ(status, refusal) << name << "\n" << failureLines();
+            EXPECT_TRUE(bundlesIn(folder).empty()) << name << ": a refused plan left a bundle";
+            refusalsSeen.insert(name);
+            continue;
+        }
+        ASSERT_EQ(status, 0) << name << "\n" << failureLines();
+        const std::vector<fs::path> bundles = bundlesIn(folder);
+        ASSERT_EQ(bundles.size(), 1u) << name;
+        EXPECT_EQ(bundleProblems(bundles.front()), "") << name;
+        ++imported;
+    }
+    EXPECT_EQ(unmetEntries(expectations, "refused", refusalsSeen), "") << "listed as refused, and imported";
+    EXPECT_GE(imported, testsupport::corpusShare(560));
+}
+
+// The text of every scenario of a bundle with what changes from run to run taken out: comments, the
+// generated ids, and the zone labels of date-times (of the bundle's form and of the platform's text of
+// a custom date), which follow the machine's zone.
+std::map<std::string, std::string> comparableScenarios(const fs::path& bundle) {
+    static const std::regex variable(
+        R"(<!--.*?-->|(\bid="|<(?:editing|comparison)-scenario>)[-_A-Za-z0-9]{11}|)"
+        R"((\d\d:\d\d:\d\d)(?:Z|[+-]\d\d:\d\d| [+-]\d{4}))");
+    std::map<std::string, std::string> texts;
+    for (const auto& entry : fs::directory_iterator(bundle)) {
+        const std::vector<unsigned char> bytes = testsupport::readFileBytes(entry.path());
+        texts[entry.path().filename().string()] =
+            std::regex_replace(std::string(bytes.begin(), bytes.end()), variable, "$1$2");
+    }
+    return texts;
+}
+
+// The first file whose texts differ, with the text around the first difference.
+std::string firstDifference(const std::map<std::string, std::string>& first,
+                            const std::map<std::string, std::string>& second) {
+    for (const auto& [name, text] : first) {
+        const auto other = second.find(name);
+        if (other == second.end()) {
+            return name + " only in one bundle";
+        }
+        const auto [here, there] =
+            std::mismatch(text.begin(), text.end(), other->second.begin(), other->second.end());
+        if (here != text.end() || there != other->second.end()) {
+            const size_t at = static_cast<size_t>(here - text.begin());
+            const size_t from = at < 80 ? 0 : at - 80;
+            return name + ": " + text.substr(from, 160) + "\n  <>  " + other->second.substr(from, 160);
+        }
+    }
+    return first.size() == second.size() ? "" : "the bundles hold different files";
+}
+
+// Plans with split tasks, recurring exceptions, timephased work and many dates.
+std::vector<std::string> datedPlans() {
+    static const std::regex dated(
+        "splittask|splits9|recurring|timephased|task-dates__task-dates-project2010");
+    std::vector<std::string> plans;
+    for (const fs::path& plan : testsupport::corpusMppFiles()) {
+        if (std::regex_search(plan.filename().string(), dated)) {
+            plans.push_back(plan.string());
+        }
+    }
+    return plans;
+}
+
+TEST_F(ImportCorpusTest, WallClocksDoNotMoveWithTheZoneAndABatchGivesEachPlanItsOwnBundle) {
+    TVMSP_REQUIRE_CORPUS();
+    const std::vector<std::string> plans = datedPlans();
+    ASSERT_FALSE(plans.empty());
+    std::map<std::string, std::map<std::string, std::string>> alone;
+    for (const std::string& plan : plans) {
+        const fs::path folder = m_temp.path() / "alone" / fs::path(plan).stem();
+        if (import({plan}, folder) == 0) {
+            alone[plan] = comparableScenarios(bundlesIn(folder).front());
+        }
+    }
+    const std::map<std::string, std::string> expectations = manifest();
+    std::set<std::string> moved;
+    for (const char* zone : kTestZones) {
+        const SystemZoneScope scope(zone);
+        const fs::path folder = m_temp.path() / zone;
+        import(std::vector<std::string>(plans.rbegin(), plans.rend()), folder);
+        for (const auto& [plan, scenarios] : alone) {
+            const std::string name = fs::path(plan).filename().string();
+            const fs::path bundle = folder / (fs::path(plan).stem().string() + ".tvnx");
+            ASSERT_TRUE(fs::exists(bundle)) << name << " in " << zone;
+            const std::string difference = firstDifference(comparableScenarios(bundle), scenarios);
+            const auto expected = expectations.find(name);
+            if (expected != expectations.end() && expected->second == "zone") {
+                moved.insert(difference.empty() ? "" : name);
+            } else {
+                EXPECT_EQ(difference, "") << name << " in " << zone;
+            }
+        }
+    }
+    EXPECT_EQ(unmetEntries(expectations, "zone", moved), "")
+        << "listed as moving with the zone, and kept still";
+}
+
+} // namespace
