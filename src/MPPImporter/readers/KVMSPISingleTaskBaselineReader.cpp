@@ -1,11 +1,9 @@
 #include "MPPImporter/readers/KVMSPISingleTaskBaselineReader.h"
 
 #include "MPPCommon/date/DateExtensions.h"
-#include "MPPCommon/storage/SSLStream.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPImporter/file/KVMSPIMPP12PropertyList.h"
 #include "MPPImporter/format/MPPExtendedFieldBlock.h"
-#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/format/MPPTaskPropertyKeys.h"
 #include "MPPImporter/readers/KVMSPIMPPTaskReader.h"
 
