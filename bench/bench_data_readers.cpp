@@ -10,7 +10,7 @@
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/file/KVMSPIMPPVersionReader.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 #include <algorithm>
 #include <benchmark/benchmark.h>

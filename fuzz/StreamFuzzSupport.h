@@ -8,14 +8,14 @@
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPCommon/storage/SSLStream.h"
 #include "MPPCommon/support/Log.h"
-#include "MPPCommon/support/MPPStreamLayout.h"
 #include "MPPImporter/file/KVMSPIMPP12PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP16PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP9PropertyList.h"
 #include "MPPImporter/file/KVMSPIParentReader.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPStreamLayout.h"
 
 #include <array>
 #include <cstdint>

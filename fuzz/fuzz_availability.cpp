@@ -1,6 +1,6 @@
 // Decodes arbitrary bytes as a resource's availability table: decoding must end without a crash or
 // a hang, and it may give no more periods than the table's rows, each beginning where its row says.
-#include "MPPImporter/readers/MPPResourceAvailabilityTable.h"
+#include "MPPImporter/format/MPPResourceAvailabilityTable.h"
 
 #include <cmath>
 #include <cstddef>

@@ -2,9 +2,8 @@
 // even, format 14 when odd), the rest is the block. Decoding must end without a crash or a hang, no
 // more exceptions may be found than the block's count promises, and every record found must lie
 // inside the block.
-#include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
-#include "MPPImporter/file/KVMSPIMPP9PropertyList.h"
-#include "MPPImporter/readers/MPPCalendarDataBlock.h"
+#include "MPPImporter/format/MPPCalendarDataBlock.h"
+#include "MPPImporter/format/MPPVersionTables.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -16,9 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size == 0) {
         return 0;
     }
-    const auto layout = MPPCalendarDataBlock::Layout::forPropertyList(
-        data[0] % 2 == 0 ? static_cast<const KVMSPIMPPPropertyList&>(KVMSPIMPP9PropertyList::shared())
-                         : static_cast<const KVMSPIMPPPropertyList&>(KVMSPIMPP14PropertyList::shared()));
+    const auto layout =
+        MPPCalendarDataBlock::Layout::forVersion(*mppVersionTables(data[0] % 2 == 0 ? 9 : 14));
     const auto blockSize = static_cast<int64_t>(size - 1);
     const MPPCalendarDataBlock block(std::vector<uint8_t>(data + 1, data + size), layout);
 

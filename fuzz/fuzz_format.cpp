@@ -8,7 +8,7 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
 #include "MPPImporter/file/KVMSPIMPPVersionReader.h"
-#include "MPPImporter/file/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -74,6 +74,20 @@ constexpr MPPFieldRow kRows[] = {
      timestamp},
     {MPPField::taskPreLeveledStart, "taskPreLeveledStart", kAllLayouts, var, kTaskPreLeveledStartKey,
      timestamp},
+    // Baseline 0: in the variable data of application 14's layouts and later ones, in the fixed item
+    // before; cost in hundredths and duration in tenths of a minute, as stored.
+    {MPPField::taskBaselineCost, "taskBaselineCost", kAllLayouts, var, kTaskBaselineCostKey, float64},
+    {MPPField::taskBaselineCost, "taskBaselineCost", kAllLayouts, fixed, kTaskBaselineCostFixedKey, float64},
+    {MPPField::taskBaselineDuration, "taskBaselineDuration", kAllLayouts, var, kTaskBaselineDurationKey,
+     int32},
+    {MPPField::taskBaselineDuration, "taskBaselineDuration", kAllLayouts, fixed,
+     kTaskBaselineDurationFixedKey, int32},
+    {MPPField::taskBaselineFinish, "taskBaselineFinish", kAllLayouts, var, kTaskBaselineFinishKey, timestamp},
+    {MPPField::taskBaselineFinish, "taskBaselineFinish", kAllLayouts, fixed, kTaskBaselineFinishFixedKey,
+     timestamp},
+    {MPPField::taskBaselineStart, "taskBaselineStart", kAllLayouts, var, kTaskBaselineStartKey, timestamp},
+    {MPPField::taskBaselineStart, "taskBaselineStart", kAllLayouts, fixed, kTaskBaselineStartFixedKey,
+     timestamp},
     // Applications 15 and 16 use bit 4 of the byte for something else.
     {MPPField::taskEffortDriven,
      "taskEffortDriven",
@@ -189,33 +203,28 @@ std::span<const MPPFieldRow> mppFieldCatalog() {
     return kRows;
 }
 
-const MPPFieldRow* mppFieldRow(MPPField field, int32_t version, int32_t appVersion) {
-    const auto found = std::find_if(std::begin(kRows), std::end(kRows), [&](const MPPFieldRow& row) {
-        return row.field == field && row.holds(version, appVersion);
-    });
-    return found != std::end(kRows) ? found : nullptr;
-}
-
-std::optional<uint32_t> mppFieldPosition(const MPPFieldRow& row, std::optional<uint32_t> keyPosition) {
-    if (!keyPosition) {
-        return std::nullopt;
+std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion,
+                                           const MPPKeyPosition& keyPosition) {
+    for (const MPPFieldRow& row : kRows) {
+        if (row.field != field || !row.holds(version, appVersion)) {
+            continue;
+        }
+        if (const auto position = keyPosition(row.block == var, row.key)) {
+            return MPPFieldPlace{&row, static_cast<uint32_t>(int64_t{*position} + row.shift)};
+        }
     }
-    return static_cast<uint32_t>(int64_t{*keyPosition} + row.shift);
+    return std::nullopt;
 }
 
 std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion) {
     const MPPVersionTables* tables = mppVersionTables(version);
-    const MPPFieldRow* row = mppFieldRow(field, version, appVersion);
-    if (tables == nullptr || row == nullptr) {
+    if (tables == nullptr) {
         return std::nullopt;
     }
-    const auto position =
-        mppFieldPosition(*row, row->block == var ? mppPropertyID(tables->keyColumn, row->key)
-                                                 : mppPropertyOffset(tables->keyColumn, row->key));
-    if (!position) {
-        return std::nullopt;
-    }
-    return MPPFieldPlace{row, *position};
+    return mppFieldPlace(field, version, appVersion, [tables](bool propertyNumber, int32_t key) {
+        return propertyNumber ? mppPropertyID(tables->keyColumn, key)
+                              : mppPropertyOffset(tables->keyColumn, key);
+    });
 }
 
 size_t mppFieldSize(const MPPFieldRow& row) {

@@ -4,6 +4,7 @@
 #include "MPPImporter/format/MPPValueCodecs.h"
 
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <optional>
 #include <span>
@@ -15,7 +16,7 @@
 // value lies, under which property key (whose offset or property number per layout the key tables
 // give), and how the value is coded. Readers read a field by its row and the writers will write it by
 // the same row; a field is added by adding a row. Where layouts differ in block or coding, the field
-// has one row per group of layouts.
+// has one row per group of layouts, and a layout takes the first of its rows whose key it has.
 
 // The block of an object that holds a field.
 enum class MPPFieldBlock : uint8_t {
@@ -109,6 +110,10 @@ enum class MPPField : uint16_t {
     taskPinnedStart,
     taskPreLeveledFinish,
     taskPreLeveledStart,
+    taskBaselineCost,
+    taskBaselineDuration,
+    taskBaselineFinish,
+    taskBaselineStart,
     taskEffortDriven,
     taskMilestone,
     taskExpanded,
@@ -179,14 +184,16 @@ struct MPPFieldPlace {
 
 std::span<const MPPFieldRow> mppFieldCatalog();
 
-// The row of `field` in layout `version` of a file saved by application `appVersion`; none where no
-// row holds for them.
-const MPPFieldRow* mppFieldRow(MPPField field, int32_t version, int32_t appVersion);
-// A row's position where its key lies at `keyPosition` (an offset or a property number); none without.
-std::optional<uint32_t> mppFieldPosition(const MPPFieldRow& row, std::optional<uint32_t> keyPosition);
+// Where a key lies in a layout: its property number (variable data) or its offset; none where the
+// layout has no such key.
+using MPPKeyPosition = std::function<std::optional<uint32_t>(bool propertyNumber, int32_t key)>;
 
-// The place of `field` in layout `version` of a file saved by application `appVersion`, its key found
-// in the key tables; none where the layout doesn't hold it.
+// The place of `field` in layout `version` of a file saved by application `appVersion`: that of the
+// first row that holds for them and whose key the layout has, so that a field kept in different blocks
+// by different layouts has a row for each. None where no such row's key lies in the layout.
+std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion,
+                                           const MPPKeyPosition& keyPosition);
+// The same with the keys of the key tables.
 std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion);
 
 // The bytes that a row's value takes in its block; 0 for text and whole blocks, whose size is the

@@ -5,6 +5,7 @@
 #include "MPPImporter/format/MPPFieldCatalog.h"
 #include "MPPImporter/format/MPPMemRead.h"
 #include "MPPImporter/readers/KVMSPISinglePredecessorLinkReader.h"
+#include "MPPImporter/readers/MPPObjectFieldReads.h"
 
 namespace {
 
@@ -45,17 +46,15 @@ bool KVMSPIMPPConstraintReader::isLiveLink(KVMPPFixedDataReader& fixed, const MP
 }
 
 void KVMSPIMPPConstraintReader::addLink(const std::vector<uint8_t>& item) {
-    const KVMSPIMPPPropertyList& list = MPPPropertyList();
+    const MPPObjectFieldReads reads(*this);
     // The field of the link's catalogue row in the item, or `missing` when the layout has no such field
     // or the item is too short for it.
     const auto field = [&](MPPField name, auto missing) -> decltype(missing) {
-        const MPPFieldRow* row = mppFieldRow(name, list.mppVersion(), appVersion());
-        const auto offset =
-            row != nullptr ? mppFieldPosition(*row, list.propertyOffset(row->key)) : std::nullopt;
-        if (!offset || *offset + mppFieldSize(*row) > item.size()) {
+        const auto place = reads.place(name);
+        if (!place || place->position + mppFieldSize(*place->row) > item.size()) {
             return missing;
         }
-        const MPPFieldValue value = decodeMPPField(*row, std::span(item).subspan(*offset));
+        const MPPFieldValue value = decodeMPPField(*place->row, std::span(item).subspan(place->position));
         return static_cast<decltype(missing)>(std::get<int64_t>(value));
     };
     const int32_t taskUID = field(MPPField::linkTaskUID, int32_t{-1});

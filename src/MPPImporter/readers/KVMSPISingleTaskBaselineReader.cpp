@@ -64,25 +64,19 @@ void KVMSPISingleTaskBaselineReader::readExtendedFieldBaseline() {
     m_hasWork = take(block.doubleValue(field(kTaskBaselineWorkGroupKey)), m_taskWork);
 }
 
-// Baseline 0 has its own fields: in the variable data of application 14's layouts and later ones, in
-// the fixed item before. Its work is the task's work field in every version.
+// Baseline 0 has its own fields, which the catalogue rows find in the layout's block. Its work is the
+// task's work field in every version.
 void KVMSPISingleTaskBaselineReader::readBaseline0() {
-    const KVMSPIMPPPropertyList& list = MPPPropertyList();
-    if (list.propertyID(kTaskBaselineStartKey)) {
-        m_hasCost = fields().varDouble(kTaskBaselineCostKey, uid(), m_taskCost, nullptr);
-        m_hasDuration = fields().varInt(kTaskBaselineDurationKey, uid(), m_taskDuration, nullptr);
-        m_hasFinish = fields().varTimestamp(kTaskBaselineFinishKey, uid(), m_taskFinish, nullptr);
-        m_hasStart = fields().varTimestamp(kTaskBaselineStartKey, uid(), m_taskStart, nullptr);
-    } else if (list.propertyOffset(kTaskBaselineStartFixedKey)) {
-        m_hasCost = fields().fixedDouble(kTaskBaselineCostFixedKey, uid(), m_taskCost, nullptr);
-        m_hasDuration = fields().fixedInt(kTaskBaselineDurationFixedKey, uid(), m_taskDuration, nullptr);
-        m_hasFinish = fields().fixedTimestamp(kTaskBaselineFinishFixedKey, uid(), m_taskFinish, nullptr);
-        m_hasStart = fields().fixedTimestamp(kTaskBaselineStartFixedKey, uid(), m_taskStart, nullptr);
+    if (fields().place(MPPField::taskBaselineStart)) {
+        m_hasCost = fields().read(MPPField::taskBaselineCost, uid(), m_taskCost, nullptr);
+        m_hasDuration = fields().read(MPPField::taskBaselineDuration, uid(), m_taskDuration, nullptr);
+        m_hasFinish = fields().read(MPPField::taskBaselineFinish, uid(), m_taskFinish, nullptr);
+        m_hasStart = fields().read(MPPField::taskBaselineStart, uid(), m_taskStart, nullptr);
     } else {
         tvLog(stringWithFormat(
             "      WARNING: Reading of Baseline properties is not supported in MPP %d version. "
             "Use defaults.",
-            list.mppVersion()));
+            MPPPropertyList().mppVersion()));
     }
     m_hasWork = fields().fixedDouble(kTaskWorkKey, uid(), m_taskWork, nullptr);
 }

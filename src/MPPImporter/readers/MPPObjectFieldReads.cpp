@@ -71,27 +71,30 @@ bool assign(const MPPFieldValue& decoded, Value& value, const MPPFieldRow& row) 
 
 } // namespace
 
+// The store's property list knows where the keys of its layout lie, also for layouts that mix those of
+// the key tables.
+std::optional<MPPFieldPlace> MPPObjectFieldReads::place(MPPField field) const {
+    const KVMSPIMPPPropertyList& list = m_store.MPPPropertyList();
+    return mppFieldPlace(field, list.mppVersion(), m_store.appVersion(),
+                         [&list](bool propertyNumber, int32_t key) {
+                             return propertyNumber ? list.propertyID(key) : list.propertyOffset(key);
+                         });
+}
+
 template <typename Value>
 bool MPPObjectFieldReads::read(MPPField field, int32_t uid, Value& value, TVError* error) const {
-    // The store's property list knows where the keys of its layout lie, also for layouts that mix
-    // those of the key tables.
-    const KVMSPIMPPPropertyList& list = m_store.MPPPropertyList();
-    const MPPFieldRow* found = mppFieldRow(field, list.mppVersion(), m_store.appVersion());
-    const auto place = found == nullptr ? std::nullopt
-                                        : mppFieldPosition(*found, found->block == MPPFieldBlock::var
-                                                                       ? list.propertyID(found->key)
-                                                                       : list.propertyOffset(found->key));
+    const auto place = this->place(field);
     if (!place) {
         return false;
     }
-    const MPPFieldRow& row = *found;
-    const auto position = static_cast<int32_t>(*place);
+    const MPPFieldRow& row = *place->row;
+    const auto position = static_cast<int32_t>(place->position);
     if constexpr (std::is_same_v<Value, std::string>) {
         tvAssert(row.codec == MPPFieldCodec::text, std::string("The field ") + row.name + " is no text.");
-        return propertyUnicode(*place, uid, value, error);
+        return propertyUnicode(place->position, uid, value, error);
     } else if constexpr (std::is_same_v<Value, std::vector<uint8_t>>) {
         tvAssert(row.codec == MPPFieldCodec::bytes, std::string("The field ") + row.name + " is no block.");
-        return varBlock(*place, uid, value, error);
+        return varBlock(place->position, uid, value, error);
     } else {
         std::vector<uint8_t> bytes(mppFieldSize(row));
         if (!readBytes(row.block, uid, position, bytes)) {

@@ -29,6 +29,8 @@ public:
     // vector (a whole block). A field that the layout doesn't hold answers false, as does a null date.
     template <typename Value>
     bool read(MPPField field, int32_t uid, Value& value, TVError* error) const;
+    // Where the field lies in the store's layout; none where the layout doesn't hold it.
+    std::optional<MPPFieldPlace> place(MPPField field) const;
 
     bool fixedDouble(int32_t key, int32_t uid, double& value, TVError* error) const;
     bool fixedInt(int32_t key, int32_t uid, int32_t& value, TVError* error) const;

@@ -185,7 +185,7 @@ TEST(TaskAdapterCorpusTest, TaskEdgesOfTheVocabulary) {
     EXPECT_EQ(error.code, kTVMSPNotPortedXQueryError);
     // A leaf of the vocabulary that this file doesn't hold fails as a read, not as a query.
     error = TVError();
-    EXPECT_EQ(task->stringValueForXQuery("PreLeveledFinish", &error), std::nullopt);
+    EXPECT_EQ(task->stringValueForXQuery("ScheduledStart", &error), std::nullopt);
     EXPECT_NE(error.code, kTVMSPNotPortedXQueryError);
     EXPECT_THROW(task->objectsForXQuery("PredecessorLink[PredecessorUID=1]", nullptr), TVException);
 }
