@@ -4,7 +4,7 @@
 #include "MPPCommon/xml/KVMSPCXMLElement.h"
 #include "MPPExporter/MPPObjects/KVMPPCalendarWorkWeek.h"
 #include "MPPImporter/Mapper/mapping/KVMSPIObjectMapperBase.h"
-#include "MPPImporter/readers/MPPResourceAvailabilityPeriod.h"
+#include "MPPImporter/format/MPPResourceAvailabilityPeriod.h"
 
 #include <cstdint>
 #include <string>
