@@ -140,7 +140,7 @@ TEST(BaselineReaderCorpusTest, CorpusBaselinesOfTasksMatchTheReference) {
         }
     }
     tvSetLogSink(nullptr);
-    EXPECT_GT(plansWithBaselines, 30);
+    EXPECT_GT(plansWithBaselines, testsupport::corpusShare(30));
     const std::string report = differences.report();
     EXPECT_TRUE(report.empty()) << report;
 }
