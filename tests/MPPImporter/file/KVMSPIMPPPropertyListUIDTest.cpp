@@ -1,6 +1,5 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/file/KVMPPDataReader.h"
-#include "MPPImporter/file/KVMSPIMPP12PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP16PropertyList.h"
@@ -36,11 +35,6 @@ protected:
                                             &result.isNull, m_caller);
         return result;
     }
-    std::pair<int32_t, int64_t> resource(const KVMSPIMPPPropertyList& list, int32_t size) {
-        int64_t objectID = -1;
-        const int32_t uid = list.resourceUIDFromStream(*m_stream, 0x20, 0, size, &objectID, m_caller);
-        return {uid, objectID};
-    }
 
     StreamFile m_file;
     std::unique_ptr<SSLStream> m_stream;
@@ -49,7 +43,6 @@ protected:
 };
 
 const KVMSPIMPPPropertyList& list9 = KVMSPIMPP9PropertyList::shared();
-const KVMSPIMPPPropertyList& list12 = KVMSPIMPP12PropertyList::shared();
 const KVMSPIMPPPropertyList& list14 = KVMSPIMPP14PropertyList::shared();
 const KVMSPIMPPPropertyList& list15 = KVMSPIMPP15PropertyList::shared();
 const KVMSPIMPPPropertyList& list16 = KVMSPIMPP16PropertyList::shared();
@@ -89,34 +82,6 @@ TEST_F(KVMSPIMPPPropertyListUIDTest, TaskItemsBelowTheMinimumSizeHoldNoObject) {
     EXPECT_EQ(task(list9, 3, 240, 9).uid, 7);
     EXPECT_EQ(task(list9, 0x20, 8, 9).uid, 7);
     EXPECT_EQ(task(list9, 0x20, 16, 9).uid, -1);
-}
-
-TEST_F(KVMSPIMPPPropertyListUIDTest, ResourceUIDComesSecondInVersion15Only) {
-    EXPECT_EQ(resource(list14, 188), std::make_pair(7, int64_t{8}));
-    EXPECT_EQ(resource(list15, 172), std::make_pair(8, int64_t{7}));
-    EXPECT_EQ(resource(list16, 172), std::make_pair(7, int64_t{8}));
-    EXPECT_EQ(resource(list15, 171).first, -1);
-    EXPECT_EQ(list14.resourceUIDFromStream(*m_stream, 0x20, 0, 188, nullptr, m_caller), 7);
-}
-
-TEST_F(KVMSPIMPPPropertyListUIDTest, ResourceItemsBelowTheListsMinimumHoldNoObject) {
-    EXPECT_EQ(resource(list12, 188), std::make_pair(7, int64_t{8}));
-    EXPECT_EQ(resource(list12, 187).first, -1);
-    // The items of an older layout are measured by that layout, whatever application saved them.
-    EXPECT_EQ(resource(list9, 172).first, -1);
-}
-
-TEST_F(KVMSPIMPPPropertyListUIDTest, CalendarAndConstraintUIDsStandWhereTheVersionPutsThem) {
-    EXPECT_EQ(list14.calendarUIDFromStream(*m_stream, 0, 0, 12, m_caller), 7);
-    EXPECT_EQ(list15.calendarUIDFromStream(*m_stream, 0, 0, 12, m_caller), 9);
-    EXPECT_EQ(list15.calendarUIDFromStream(*m_stream, 0, 4, 12, m_caller), -1) << "UID 0 is no calendar";
-    EXPECT_EQ(list14.calendarUIDFromStream(*m_stream, 0, 0, 11, m_caller), -1);
-
-    EXPECT_EQ(list14.constraintUIDFromStream(*m_stream, 0, 0, 20, m_caller), 7);
-    EXPECT_EQ(list15.constraintUIDFromStream(*m_stream, 0, 0, 20, m_caller), 8);
-    EXPECT_EQ(list16.constraintUIDFromStream(*m_stream, 0, 0, 20, m_caller), 8);
-    EXPECT_EQ(list9.assignmentUIDFromStream(*m_stream, 0, 16, 34, m_caller), 11);
-    EXPECT_TRUE(m_log.lines().empty());
 }
 
 TEST_F(KVMSPIMPPPropertyListUIDTest, ReadFailuresGoToTheCaller) {

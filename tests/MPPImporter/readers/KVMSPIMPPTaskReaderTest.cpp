@@ -18,9 +18,6 @@ constexpr int32_t kOutlineLevelOffset = 40;
 constexpr int32_t kDurationOffset = 42;
 constexpr int32_t kStartOffset = 64;
 constexpr int32_t kWorkOffset = 126;
-constexpr int32_t kMilestoneMetaOffset = 8;
-constexpr int32_t kEffortDrivenMetaOffset = 11;
-constexpr int32_t kFlag1MetaOffset = 35;
 constexpr int32_t kNameProperty = 14;
 constexpr int32_t kBaseline0CostProperty = 6;
 constexpr int32_t kBaseline0DurationProperty = 27;
@@ -73,8 +70,6 @@ std::vector<FixtureTask> plan() {
                   {kStartOffset, mppTimestamp(11000, 4800)},
                   {kWorkOffset, leDouble(960000)}};
     seven.fixed2 = {{kBaseline0MarkOffset, {1}}};
-    seven.meta = {
-        {kMilestoneMetaOffset, {0x63}}, {kEffortDrivenMetaOffset, {0x10}}, {kFlag1MetaOffset, {0x40}}};
     seven.var = {{kNameProperty, {'S', 0, 'e', 0, 'v', 0, 'e', 0, 'n', 0, 0, 0}},
                  {kBaseline0CostProperty, leDouble(1250)},
                  {kBaseline0DurationProperty, le32(2400)},
@@ -89,7 +84,6 @@ std::vector<FixtureTask> plan() {
                  {firstProperty(list.taskOutlineCodeCustomFields()), {0, 0, 9, 0, 0, 0}}};
     FixtureTask three = fixtureTask(3, 1);
     three.data = {{kParentOffset, le32(7)}, {kOutlineLevelOffset, le16(2)}};
-    three.meta = {{kMilestoneMetaOffset, {0x02}}, {kFlag1MetaOffset, {0x80}}};
     return {top, seven, three};
 }
 
@@ -128,32 +122,6 @@ TEST_F(KVMSPIMPPTaskReaderTest, StoredValuesAreConvertedToTheirUnits) {
     double cost = 0;
     EXPECT_FALSE(tasks().taskCost(7, cost));
     EXPECT_FALSE(tasks().taskName(3, name));
-}
-
-TEST_F(KVMSPIMPPTaskReaderTest, MetaFlagsUseTheirMasksAndMarks) {
-    bool value = false;
-    ASSERT_TRUE(tasks().taskMilestone(7, value));
-    EXPECT_TRUE(value);
-    // From format 12 on only the whole mark 0x63 makes a milestone, not bit 1.
-    ASSERT_TRUE(tasks().taskMilestone(3, value));
-    EXPECT_FALSE(value);
-    ASSERT_TRUE(tasks().taskEffortDriven(7, value));
-    EXPECT_TRUE(value);
-    ASSERT_TRUE(tasks().taskEffortDriven(3, value));
-    EXPECT_FALSE(value);
-    // Flags 1 and 2 share a byte: 0x40 is flag 1, 0x80 flag 2.
-    ASSERT_TRUE(tasks().taskFlag(1, 7, value));
-    EXPECT_TRUE(value);
-    ASSERT_TRUE(tasks().taskFlag(2, 7, value));
-    EXPECT_FALSE(value);
-    ASSERT_TRUE(tasks().taskFlag(1, 3, value));
-    EXPECT_FALSE(value);
-    ASSERT_TRUE(tasks().taskFlag(2, 3, value));
-    EXPECT_TRUE(value);
-    TVError error;
-    EXPECT_FALSE(tasks().taskFlag(0, 7, value, &error));
-    EXPECT_FALSE(tasks().taskFlag(21, 7, value, &error));
-    EXPECT_TRUE(error.domain.empty());
 }
 
 TEST_F(KVMSPIMPPTaskReaderTest, BaselinesMarkedOnTheSummaryTaskAreReadForTasksWithData) {
@@ -256,34 +224,6 @@ TEST_F(KVMSPIMPPTaskReaderTest, SingleTaskReaderNeedsAValidTaskAndTheLinkStore) 
     }
     // This plan has no constraint store, which every task reader needs for its links.
     EXPECT_THROW(KVMSPISingleTaskReader(7, tasks()), TVException);
-}
-
-class KVMSPIMPPProjectReaderTest : public QuietLog {};
-
-TEST_F(KVMSPIMPPProjectReaderTest, PropertiesAreReadByTheirVersionNumbers) {
-    const TaskPlanFixture plan({FixtureTask{}}, TaskPlanFixture::propsStream({
-                                                    {0x2400004, le16(0)},
-                                                    {0x240001D, le32(450)},
-                                                    {0x24013BB, {'E', 0, 'U', 0, 'R', 0, 0, 0}},
-                                                    {0x2400002, mppTimestamp(11000, 0)},
-                                                }));
-    KVMSPIMPPProjectReader& project = plan.project();
-    bool fromStart = true;
-    ASSERT_TRUE(project.propScheduleFromStart(fromStart));
-    EXPECT_FALSE(fromStart);
-    int32_t minutes = 0;
-    ASSERT_TRUE(project.propMinutesPerDay(minutes));
-    EXPECT_EQ(minutes, 450);
-    std::string code;
-    ASSERT_TRUE(project.propCurrencyCode(code));
-    EXPECT_EQ(code, "EUR");
-    TVDate start;
-    ASSERT_TRUE(project.propStartDate(start));
-    EXPECT_EQ(start, mppDate(11000, 0));
-    int16_t digits = 0;
-    EXPECT_FALSE(project.propCurrencyDigits(digits));
-    EXPECT_EQ(project.calendarReader(), nullptr);
-    EXPECT_EQ(project.outlCodeReader(), nullptr);
 }
 
 } // namespace
