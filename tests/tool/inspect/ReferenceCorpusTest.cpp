@@ -1,4 +1,5 @@
 #include "MPPCommon/support/Log.h"
+#include "MPPImporter/readers/MPPDefaultCalendarWeek.h"
 #include "support/CorpusComparison.h"
 #include "support/TestSupport.h"
 #include "tool/inspect/DumpCommand.h"
@@ -572,6 +573,26 @@ TEST(ReferenceCorpus, DumpAgreesWithTheIndependentReader) {
     }
     tvSetLogSink({});
     std::cout << comparison.summary();
+    const std::string failures = comparison.failures();
+    EXPECT_TRUE(failures.empty()) << failures;
+}
+
+// Reading a list of plans in one process gives each plan the answers that it gives read alone: no
+// plan's values stay behind for the next.
+TEST(BatchCorpus, EachPlanOfABatchReadsAsItReadsAlone) {
+    TVMSP_REQUIRE_CORPUS();
+    tvSetLogSink([](const std::string&) {});
+    CorpusComparison comparison("", 500);
+    for (const auto& path : testsupport::corpusMppFiles()) {
+        // Read after the plans before it, then as the first plan of a run.
+        const json inBatch = DumpCommand::dumpOfFile(path.string(), true);
+        MPPDefaultCalendarWeek::forgetDefaultWeekBlock();
+        const json alone = DumpCommand::dumpOfFile(path.string(), true);
+        const json differences = json::diff(alone, inBatch);
+        comparison.check(path.filename().string(), "batch", "", differences.empty(),
+                         differences.empty() ? "" : text(differences[0]));
+    }
+    tvSetLogSink({});
     const std::string failures = comparison.failures();
     EXPECT_TRUE(failures.empty()) << failures;
 }
