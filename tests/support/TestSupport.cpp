@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <stdexcept>
 #include <stdlib.h>
 
@@ -30,7 +31,7 @@ long corpusShare(long count) {
     return count / sampleStride();
 }
 
-std::vector<std::filesystem::path> corpusMppFiles() {
+std::vector<std::filesystem::path> allCorpusMppFiles() {
     std::vector<std::filesystem::path> files;
     if (corpusDir().empty()) {
         return files;
@@ -43,15 +44,46 @@ std::vector<std::filesystem::path> corpusMppFiles() {
         }
     }
     std::sort(files.begin(), files.end());
-    const long stride = sampleStride();
-    if (stride > 1) {
-        std::vector<std::filesystem::path> sampled;
-        for (size_t i = 0; i < files.size(); i += static_cast<size_t>(stride)) {
-            sampled.push_back(files[i]);
-        }
-        files.swap(sampled);
-    }
     return files;
+}
+
+std::vector<std::filesystem::path> corpusMppFiles() {
+    const std::vector<std::filesystem::path> files = allCorpusMppFiles();
+    std::vector<std::filesystem::path> sampled;
+    for (size_t i = 0; i < files.size(); i += static_cast<size_t>(sampleStride())) {
+        sampled.push_back(files[i]);
+    }
+    return sampled;
+}
+
+namespace {
+
+std::vector<std::string> tabSeparated(const std::string& line) {
+    std::vector<std::string> columns;
+    std::istringstream in(line);
+    for (std::string column; std::getline(in, column, '\t');) {
+        columns.push_back(column);
+    }
+    return columns;
+}
+
+} // namespace
+
+std::map<std::string, CorpusIndexRow> corpusIndex() {
+    std::ifstream in(corpusDir() / "mpp" / "INDEX.tsv");
+    std::string line;
+    std::getline(in, line);
+    const std::vector<std::string> header = tabSeparated(line);
+    std::map<std::string, CorpusIndexRow> rows;
+    while (std::getline(in, line)) {
+        const std::vector<std::string> values = tabSeparated(line);
+        CorpusIndexRow row;
+        for (size_t i = 0; i < header.size() && i < values.size(); ++i) {
+            row[header[i]] = values[i];
+        }
+        rows[row["file"]] = row;
+    }
+    return rows;
 }
 
 TempDir::TempDir() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -16,13 +17,19 @@ std::filesystem::path corpusDir();
             GTEST_SKIP() << "corpus folder " TVMSP_CORPUS_DIR " is absent; corpus test skipped";             \
     } while (0)
 
-// All MPP files of the corpus, sorted by name. With TVMSP_CORPUS_SAMPLE=N in the environment, every
-// Nth of them only: a slow build (the sanitizer build) walks a spread of the corpus in less time.
+// All MPP files of the corpus, sorted by name.
+std::vector<std::filesystem::path> allCorpusMppFiles();
+// The MPP files that corpus tests read: all of them, or with TVMSP_CORPUS_SAMPLE=N in the environment
+// every Nth only, so that a slow build (the sanitizer build) walks a spread of the corpus in less time.
 std::vector<std::filesystem::path> corpusMppFiles();
 
 // The share of `count` that the files of corpusMppFiles() reach: `count` itself over the whole corpus,
 // a part of it when only every Nth file is read. Corpus tests state their coverage through it.
 long corpusShare(long count);
+
+// The rows of the corpus index (mpp/INDEX.tsv) by file name, each its values by column name.
+using CorpusIndexRow = std::map<std::string, std::string>;
+std::map<std::string, CorpusIndexRow> corpusIndex();
 
 // A fresh temporary folder that is removed with the object.
 class TempDir {
