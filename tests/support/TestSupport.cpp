@@ -16,19 +16,14 @@ std::filesystem::path corpusDir() {
     return std::filesystem::is_directory(dir / "mpp", ec) ? dir : std::filesystem::path();
 }
 
-namespace {
-
-// N of TVMSP_CORPUS_SAMPLE=N, 1 when it is unset or not above 1.
-long sampleStride() {
+long corpusSampleStride() {
     const char* sample = std::getenv("TVMSP_CORPUS_SAMPLE");
     const long stride = sample != nullptr ? std::strtol(sample, nullptr, 10) : 1;
     return std::max(stride, 1L);
 }
 
-} // namespace
-
 long corpusShare(long count) {
-    return count / sampleStride();
+    return count / corpusSampleStride();
 }
 
 std::vector<std::filesystem::path> allCorpusMppFiles() {
@@ -50,7 +45,7 @@ std::vector<std::filesystem::path> allCorpusMppFiles() {
 std::vector<std::filesystem::path> corpusMppFiles() {
     const std::vector<std::filesystem::path> files = allCorpusMppFiles();
     std::vector<std::filesystem::path> sampled;
-    for (size_t i = 0; i < files.size(); i += static_cast<size_t>(sampleStride())) {
+    for (size_t i = 0; i < files.size(); i += static_cast<size_t>(corpusSampleStride())) {
         sampled.push_back(files[i]);
     }
     return sampled;

@@ -23,6 +23,9 @@ std::vector<std::filesystem::path> allCorpusMppFiles();
 // every Nth only, so that a slow build (the sanitizer build) walks a spread of the corpus in less time.
 std::vector<std::filesystem::path> corpusMppFiles();
 
+// N of TVMSP_CORPUS_SAMPLE=N: corpus tests read every Nth file (1 when it is unset).
+long corpusSampleStride();
+
 // The share of `count` that the files of corpusMppFiles() reach: `count` itself over the whole corpus,
 // a part of it when only every Nth file is read. Corpus tests state their coverage through it.
 long corpusShare(long count);

