@@ -77,8 +77,9 @@ TEST(FieldCatalogRoundTrip, EveryTaskRowReadsBackWhatItsEncoderWrote) {
                 continue;
             }
             for (const MPPFieldValue& value : mppFieldSamples(row, static_cast<int32_t>(tasks.size()) + 1)) {
-                FixtureTask task{.uid = static_cast<int32_t>(tasks.size()) + 10,
-                                 .id = static_cast<int32_t>(tasks.size()) + 1};
+                FixtureTask task;
+                task.uid = static_cast<int32_t>(tasks.size()) + 10;
+                task.id = static_cast<int32_t>(tasks.size()) + 1;
                 std::vector<uint8_t> bytes(mppEncodedSize(row, value));
                 encodeMPPField(row, value, bytes);
                 std::map<MPPFieldBlock, std::map<int32_t, std::vector<uint8_t>>*> blocks = {

@@ -179,22 +179,6 @@ const Collection kCalendars = {
     },
 };
 
-// The leaves whose answers still differ on more than 1% of the objects, where the readers don't reach
-// the file's values yet or the formats don't hold them: each agrees on 99% of its values at least.
-// The other leaves fail on every difference that the manifest doesn't list; a leaf that holds its
-// floor with its remaining true differences listed moves to them.
-constexpr const char* kLeavesHeldToTheFloor[] = {
-    "Tasks/Task/Estimated",
-    "Tasks/Task/Manual",
-    "Tasks/Task/RemainingWork",
-    "Assignments/Assignment/ActualWork",
-    "Assignments/Assignment/RemainingWork",
-    "Resources/Resource",
-    "Calendars/Calendar/WeekDays/WeekDay/DayWorking",
-    "Calendars/Calendar/WeekDays/WeekDay/WorkingTimes/WorkingTime",
-};
-constexpr double kFloor = 0.99;
-
 constexpr const char* kNone = "(none)";
 constexpr const char* kNotPorted = "(not ported)";
 
@@ -409,9 +393,6 @@ TEST(InterchangeCorpus, MppCopiesAnswerAsTheirInterchangeXml) {
     TVMSP_REQUIRE_CORPUS();
     tvSetLogSink([](const std::string&) {});
     testsupport::CorpusComparison comparison("tool/inspect/InterchangeCorpusTest.manifest", 200000);
-    for (const char* leaf : kLeavesHeldToTheFloor) {
-        comparison.requireShare(leaf, kFloor);
-    }
     const auto files = testsupport::corpusMppFiles();
     for (const auto& entry : std::filesystem::directory_iterator(testsupport::corpusDir() / "mspdi")) {
         const std::vector<std::filesystem::path> copies = copiesOf(entry.path().filename().string(), files);

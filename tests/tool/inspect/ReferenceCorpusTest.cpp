@@ -406,9 +406,11 @@ private:
                       });
     }
 
-    // A day's working times; a day of a derived calendar that works without times of its own follows
-    // the base calendar, as the reference's "DEFAULT" does.
+    // A day's working times; a day of a derived calendar that it doesn't hold, or that works without
+    // times of its own, follows the base calendar, as the reference's "DEFAULT" does.
     static std::string ourDay(const Objects& calendars, const json& calendar, int dayType, int depth) {
+        const json* base = find(calendars, calendar.value("calendarBaseCalendarUID", json(-1)));
+        const bool derived = base != nullptr && !calendar.value("calendarIsBaseCalendar", true) && depth > 0;
         for (const json& day : get(calendar, "weekDays")) {
             if (get(day, "dayType") != dayType) {
                 continue;
@@ -417,14 +419,12 @@ private:
                 return "NON_WORKING";
             }
             const json times = day.value("calendarWeekDayWorkingTimes", json::array());
-            const json* base = find(calendars, calendar.value("calendarBaseCalendarUID", json(-1)));
-            if (times.empty() && base != nullptr && !calendar.value("calendarIsBaseCalendar", true) &&
-                depth > 0) {
+            if (times.empty() && derived) {
                 return ourDay(calendars, *base, dayType, depth - 1);
             }
             return "WORKING " + ranges(times);
         }
-        return "(none)";
+        return derived ? ourDay(calendars, *base, dayType, depth - 1) : "(none)";
     }
 
     static std::string refDay(const Objects& calendars, const json& calendar, const char* day, int depth) {
