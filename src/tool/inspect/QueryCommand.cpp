@@ -1,40 +1,12 @@
 #include "tool/inspect/QueryCommand.h"
 
 #include "MPPCommon/support/TVException.h"
-#include "MPPCommon/support/TVMSPErrors.h"
-#include "MPPCommon/xml/MSPCXMLErrors.h"
 #include "tool/inspect/PlanOptions.h"
 #include "tool/inspect/QueriedFile.h"
 
-namespace {
-
-// Name of the exception that carries an unanswered query out of answersOf.
-constexpr const char* kQueryFailedException = "QueryFailedException";
-
-// Errors that mean the query itself can't be answered, as opposed to an object that has no value
-// for it (no match, a reader that can't read the field), which gives an empty field.
-bool endsTheQuery(const TVError& error) {
-    return (error.domain == kTVMSPGeneralErrorDomain && error.code == kTVMSPNotPortedXQueryError) ||
-           error.domain == kMSPCXMLErrorDomain;
-}
-
-void checkAnswered(const TVError& error) {
-    if (endsTheQuery(error)) {
-        throw TVException(kQueryFailedException, error.localizedDescription());
-    }
-}
-
-std::string stringAnswer(KVMSPIXQuery& object, const std::string& query) {
-    TVError error;
-    const std::optional<std::string> answer = object.stringValueForXQuery(query, &error);
-    checkAnswered(error);
-    return answer.value_or(std::string());
-}
-
-} // namespace
-
 std::string QueryCommand::argumentsUsage() const {
-    return PlanOptions::usage(true) + "FILE QUERY [LEAF ...]";
+    return PlanOptions::usage(true) + "FILE QUERY[:TYPE] [LEAF[:TYPE] ...] (TYPE: " + QueryLeaf::typeNames() +
+           ")";
 }
 
 int QueryCommand::run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
@@ -42,14 +14,26 @@ int QueryCommand::run(const std::vector<std::string>& arguments, std::ostream& o
     if (!options) {
         return kExitUsage;
     }
-    const QueriedFile file(options->operands[0], options->acceptDowngraded, options->baselineNumber);
+    // The leaves are LEAF ..., or QUERY itself when there are none; their types are checked first.
+    const std::vector<std::string>& operands = options->operands;
+    const bool asksObjects = operands.size() > 2;
+    std::vector<QueryLeaf> leaves;
+    try {
+        for (auto leaf = operands.begin() + (asksObjects ? 2 : 1); leaf != operands.end(); ++leaf) {
+            leaves.push_back(QueryLeaf::parse(*leaf));
+        }
+    } catch (const TVException& exception) {
+        err << exception.reason() << "\n";
+        return kExitUsage;
+    }
+    const QueriedFile file(operands[0], options->acceptDowngraded, options->baselineNumber);
     if (!file.project()) {
         err << file.failure() << "\n";
         return kExitFailure;
     }
     try {
-        const std::vector<std::string> leaves(options->operands.begin() + 2, options->operands.end());
-        out << answersOf(*file.project(), options->operands[1], leaves);
+        out << (asksObjects ? answersOf(*file.project(), operands[1], leaves)
+                            : leaves.front().answerOf(*file.project()) + "\n");
         return kExitSuccess;
     } catch (const TVException& exception) {
         err << exception.reason() << "\n";
@@ -58,18 +42,15 @@ int QueryCommand::run(const std::vector<std::string>& arguments, std::ostream& o
 }
 
 std::string QueryCommand::answersOf(KVMSPIXQuery& project, const std::string& query,
-                                    const std::vector<std::string>& leaves) {
-    if (leaves.empty()) {
-        return stringAnswer(project, query) + "\n";
-    }
+                                    const std::vector<QueryLeaf>& leaves) {
     TVError error;
     const KVMSPIXQuery::Objects objects = project.objectsForXQuery(query, &error);
-    checkAnswered(error);
+    QueryLeaf::checkAnswered(error);
     std::string lines;
     for (const auto& object : objects) {
         const char* separator = "";
-        for (const std::string& leaf : leaves) {
-            lines += separator + stringAnswer(*object, leaf);
+        for (const QueryLeaf& leaf : leaves) {
+            lines += separator + leaf.answerOf(*object);
             separator = "\t";
         }
         lines += "\n";

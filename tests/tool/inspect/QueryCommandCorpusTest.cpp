@@ -24,6 +24,18 @@ TEST(QueryCommandCorpus, AnMppFileAnswersInTheFormOfItsInterchangeXml) {
     EXPECT_EQ(tasks.out, InspectToolRun::of({"query", xml, "Tasks/Task", "UID", "ID"}).out);
     EXPECT_EQ(std::count(tasks.out.begin(), tasks.out.end(), '\n'), 17);
 
+    // Typed leaves are read as the mappers read them: the readers' integers and flags against the
+    // interchange file's texts read as numbers.
+    const std::vector<std::string> typed{"Tasks/Task", "UID:int", "OutlineLevel:int", "Milestone:bool",
+                                         "Summary:bool"};
+    std::vector<std::string> mppTyped{"query", mpp}, xmlTyped{"query", xml};
+    mppTyped.insert(mppTyped.end(), typed.begin(), typed.end());
+    xmlTyped.insert(xmlTyped.end(), typed.begin(), typed.end());
+    const auto typedAnswers = InspectToolRun::of(mppTyped);
+    EXPECT_EQ(typedAnswers.status, 0) << typedAnswers.err;
+    EXPECT_EQ(typedAnswers.out, InspectToolRun::of(xmlTyped).out);
+    EXPECT_NE(typedAnswers.out.find("\t1\n"), std::string::npos) << "no summary task";
+
     const auto start = InspectToolRun::of({"query", mpp, "StartDate"});
     EXPECT_EQ(start.out, InspectToolRun::of({"query", xml, "StartDate"}).out);
     EXPECT_EQ(start.out, "2018-10-18T08:00:00\n");
@@ -40,9 +52,11 @@ TEST(QueryCommandCorpus, AnMppFileAnswersInTheFormOfItsInterchangeXml) {
 TEST(QueryCommandCorpus, AQueryThatIsNotPortedEndsWithItsError) {
     TVMSP_REQUIRE_CORPUS();
     const std::string mpp = corpusFile("mpp", kPlanName + "-mpp14.mpp");
-    // An outline level is answered as an integer only; a task UID that isn't valid isn't answered.
+    // An outline level is answered as an integer only and a name as text only; a task UID that isn't
+    // valid isn't answered.
     for (const std::vector<std::string>& arguments :
          std::vector<std::vector<std::string>>{{"query", mpp, "Tasks/Task", "UID", "OutlineLevel"},
+                                               {"query", mpp, "Tasks/Task", "UID", "Name:int"},
                                                {"query", mpp, "Tasks/Task[UID=99999]", "Name"},
                                                {"query", mpp, "Views/View", "Name"},
                                                {"query", mpp, "DurationFormat"}}) {

@@ -10,14 +10,19 @@
 namespace {
 
 // An interchange document as the desktop application saves it: a byte order mark, the default
-// namespace on the root, and a second task without a start.
-const std::string kPlanXml = "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                             "<Project xmlns=\"http://schemas.microsoft.com/project\">"
-                             "<Title>Office move</Title>"
-                             "<Tasks>"
-                             "<Task><UID>1</UID><Name>Pack</Name><Start>2024-03-04T08:00:00</Start></Task>"
-                             "<Task><UID>2</UID><Name>Carry &amp; lift</Name></Task>"
-                             "</Tasks></Project>";
+// namespace on the root, and a second task without a start, an outline level or a cost.
+const std::string kPlanXml =
+    "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<Project xmlns=\"http://schemas.microsoft.com/project\">"
+    "<Title>Office move</Title><MinutesPerDay>480</MinutesPerDay>"
+    "<Tasks>"
+    "<Task><UID>1</UID><Name>Pack</Name><Start>2024-03-04T08:00:00</Start><OutlineLevel>2</OutlineLevel>"
+    "<Milestone>0</Milestone><Cost>1250.75</Cost></Task>"
+    "<Task><UID>2</UID><Name>Carry &amp; lift</Name><Milestone>1</Milestone></Task>"
+    "</Tasks></Project>";
+
+const std::string kUsage = "usage: mppinspect query [--accept-downgraded] [--baseline N] FILE QUERY[:TYPE] "
+                           "[LEAF[:TYPE] ...] (TYPE: text, int, num or bool)\n";
 
 class QueryCommandTest : public ::testing::Test {
 protected:
@@ -62,13 +67,58 @@ TEST_F(QueryCommandTest, QueriesThatCantBeAnsweredEndTheRunWithTheirError) {
     EXPECT_FALSE(badPath.err.empty());
 
     KVMSPIXQValue value("42");
-    EXPECT_EQ(QueryCommand::answersOf(value, ".", {}), "42\n");
+    EXPECT_EQ(QueryLeaf::parse(".").answerOf(value), "42");
+    EXPECT_EQ(QueryLeaf::parse(".:num").answerOf(value), "42");
     try {
-        QueryCommand::answersOf(value, "UID", {});
+        QueryLeaf::parse("UID:int").answerOf(value);
         FAIL() << "a value answers nothing but \".\"";
     } catch (const TVException& exception) {
         EXPECT_EQ(std::string(exception.reason()).rfind("NOT PORTED XQUERY (", 0), 0u) << exception.reason();
     }
+}
+
+TEST_F(QueryCommandTest, LeavesAreAskedAsTheTypeTheirSuffixNames) {
+    const std::string plan = writeFile("plan.xml", kPlanXml);
+    // A value that an object lacks is an empty field in every type, not the 0 of the typed read.
+    const auto tasks = InspectToolRun::of({"query", plan, "Tasks/Task", "UID:int", "OutlineLevel:int",
+                                           "Milestone:bool", "Cost:num", "Name:text"});
+    EXPECT_EQ(tasks.status, 0) << tasks.err;
+    EXPECT_EQ(tasks.out, "1\t2\t0\t1250.75\tPack\n2\t\t1\t\tCarry & lift\n");
+    EXPECT_EQ(InspectToolRun::of({"query", plan, "MinutesPerDay:num"}).out, "480\n");
+    EXPECT_EQ(InspectToolRun::of({"query", plan, "Title:text"}).out, "Office move\n");
+
+    // Only a last colon followed by letters names a type; the colons of a time stay in the query.
+    const QueryLeaf timed = QueryLeaf::parse("TimephasedData[Start=2024-03-04T08:00:00]");
+    EXPECT_EQ(timed.query(), "TimephasedData[Start=2024-03-04T08:00:00]");
+    EXPECT_EQ(timed.kind(), QueryLeaf::Kind::Text);
+    EXPECT_EQ(QueryLeaf::parse("ns:Start:bool").query(), "ns:Start");
+    EXPECT_EQ(QueryLeaf::parse("ns:Start:bool").kind(), QueryLeaf::Kind::Flag);
+}
+
+TEST_F(QueryCommandTest, UnknownTypesAndAnswersThatDontReadAsTheirTypeAreRefused) {
+    const std::string plan = writeFile("plan.xml", kPlanXml);
+    // The types are checked before the file is read, as leaves and as the project's single query.
+    for (const std::vector<std::string>& arguments :
+         std::vector<std::vector<std::string>>{{"query", "absent.mpp", "Tasks/Task", "UID", "Milestone:flag"},
+                                               {"query", plan, "Title:double"}}) {
+        const auto run = InspectToolRun::of(arguments);
+        EXPECT_EQ(run.status, 2) << arguments.back();
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(run.err, "Unknown type \"" + arguments.back().substr(arguments.back().find(':') + 1) +
+                               "\" of leaf \"" + arguments.back() +
+                               "\"; a leaf is asked as text, int, num or bool.\n" + kUsage);
+    }
+
+    const auto name = InspectToolRun::of({"query", plan, "Tasks/Task", "UID", "Name:int"});
+    EXPECT_EQ(name.status, 1);
+    EXPECT_EQ(name.out, "");
+    EXPECT_EQ(name.err, "Failed to get int value from XML node: Pack\n");
+    const auto flag = InspectToolRun::of({"query", plan, "Tasks/Task", "Name:bool"});
+    EXPECT_EQ(flag.status, 1);
+    EXPECT_EQ(flag.err, "Failed to get boolean value from XML node: Pack\n");
+    const auto number = InspectToolRun::of({"query", plan, "Title:num"});
+    EXPECT_EQ(number.status, 1);
+    EXPECT_EQ(number.err, "Failed to get float value from XML node: Office move\n");
 }
 
 TEST_F(QueryCommandTest, FilesThatHoldNoPlanAreRefused) {
@@ -88,8 +138,6 @@ TEST_F(QueryCommandTest, FilesThatHoldNoPlanAreRefused) {
 }
 
 TEST_F(QueryCommandTest, ArgumentsOutsideTheUsageAreRefused) {
-    const std::string usage =
-        "usage: mppinspect query [--accept-downgraded] [--baseline N] FILE QUERY [LEAF ...]\n";
     for (const std::vector<std::string>& arguments :
          std::vector<std::vector<std::string>>{{"query"},
                                                {"query", "plan.xml"},
@@ -99,7 +147,7 @@ TEST_F(QueryCommandTest, ArgumentsOutsideTheUsageAreRefused) {
                                                {"query", "--leaves", "plan.xml", "Title"}}) {
         const auto run = InspectToolRun::of(arguments);
         EXPECT_EQ(run.status, 2) << arguments.size();
-        EXPECT_EQ(run.err, usage);
+        EXPECT_EQ(run.err, kUsage);
         EXPECT_EQ(run.out, "");
     }
 }

@@ -79,7 +79,8 @@ TEST(InspectToolTest, WithoutAKnownCommandPrintsEveryCommandsUsage) {
         "usage: mppinspect info [--accept-downgraded] FILE\n"
         "       mppinspect props FILE\n"
         "       mppinspect dump [--accept-downgraded] [--baseline N] FILE\n"
-        "       mppinspect query [--accept-downgraded] [--baseline N] FILE QUERY [LEAF ...]\n"
+        "       mppinspect query [--accept-downgraded] [--baseline N] FILE QUERY[:TYPE] [LEAF[:TYPE] ...] "
+        "(TYPE: text, int, num or bool)\n"
         "       mppinspect ls FILE\n"
         "       mppinspect cat FILE PATH\n"
         "       mppinspect copy IN OUT\n";
