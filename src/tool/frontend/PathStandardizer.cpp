@@ -52,6 +52,11 @@ std::string PathStandardizer::standardize(const std::string& path) {
         }
         start = end + 1;
     }
+    // A relative path of dots alone ("." or "./") names the current folder; an empty path would name
+    // nothing, and an output folder given as "." would be refused.
+    if (!isAbsolute && components.empty() && !expanded.empty()) {
+        return ".";
+    }
     std::string result = isAbsolute ? "/" : "";
     for (size_t i = 0; i < components.size(); ++i) {
         result += (i == 0 ? "" : "/") + components[i];

@@ -18,6 +18,8 @@ TEST(PathStandardizer, ExpandsTildeAndFoldsDots) {
     EXPECT_EQ(PathStandardizer::standardize("/../.."), "/");
     EXPECT_EQ(PathStandardizer::standardize("rel/../x/./y.mpp"), "rel/../x/y.mpp");
     EXPECT_EQ(PathStandardizer::standardize("./-accept-downgraded"), "-accept-downgraded");
+    EXPECT_EQ(PathStandardizer::standardize("."), ".");
+    EXPECT_EQ(PathStandardizer::standardize(".//./"), ".");
 }
 
 class PreferencesStoreTest : public FrontendTest {};
