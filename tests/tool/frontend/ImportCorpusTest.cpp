@@ -224,6 +224,8 @@ TEST_F(ImportCorpusTest, EveryReadablePlanImportsIntoOneWellFormedBundle) {
         const int refusal = formats.at(name) == 8 ? 1 : expectedRefusal(expectations, name);
         if (refusal != 0) {
             EXPECT_EQ(status, refusal) << name << "\n" << failureLines();
+            EXPECT_EQ(failureLines().find("): (null)"), std::string::npos)
+                << name << ": the refusal names no reason";
             EXPECT_TRUE(bundlesIn(folder).empty()) << name << ": a refused plan left a bundle";
             refusalsSeen.insert(name);
             continue;
