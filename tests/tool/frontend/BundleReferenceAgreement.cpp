@@ -198,9 +198,15 @@ void BundleReferenceAgreement::compare(const std::string& planFile, const fs::pa
         const long parent = number(task, "parent_uid");
         check("parent", parents[id], parent <= 0 ? "t-1" : objectId('t', parent));
         check("priority", childText(ours, "priority"), std::to_string(number(task, "priority")));
-        if (text(member(task, "task_mode")) != "MANUALLY_SCHEDULED") {
+        const bool manual = text(member(task, "task_mode")) == "MANUALLY_SCHEDULED";
+        if (!manual) {
             check("leveled-start", childText(ours, "leveled-start").substr(0, 19),
                   text(member(task, "start")));
+        }
+        // A manually scheduled task is locked at both ends; an automatic one of this corpus never is.
+        if (!flag(task, "summary")) {
+            const bool locked = child(ours, "locked-start-date") && child(ours, "locked-end-date");
+            check("manual", locked ? "manual" : "automatic", manual ? "manual" : "automatic");
         }
         check("note", withoutBlanks(childText(ours, "note")), withoutBlanks(text(member(task, "notes"))));
         std::set<std::string> links;
