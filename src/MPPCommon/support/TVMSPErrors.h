@@ -13,6 +13,7 @@ inline constexpr const char* kTVMSPXQueryErrorDomain = "TVMSPFilter.XQueryErrorD
 inline constexpr int kTVMSPBoolValueError = 2;
 inline constexpr int kTVMSPInvalidMPPFileError = 4;
 inline constexpr int kTVMSPExceptionRaisedError = 5;
+inline constexpr int kTVMSPPasswordProtectedError = 6;
 inline constexpr int kTVMSPNotPortedXQueryError = 100;
 
 // The error of a query that the vocabulary doesn't hold: code 100, described as

@@ -4,11 +4,15 @@
 #include "MPPCommon/shared/MSPCAtomicWrite.h"
 #include "MPPCommon/shared/MSPCXMLLoading.h"
 #include "MPPCommon/storage/SSLRoot.h"
+#include "MPPCommon/storage/SSLStorage.h"
+#include "MPPCommon/storage/SSLStream.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPCommon/support/TVMSPErrors.h"
 #include "MPPCommon/support/TVPath.h"
 #include "MPPImporter/file/KVMSPIMPPVersionReader.h"
+#include "MPPImporter/file/KVMSPIPropsReader.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/pipeline/MSPITvnxDocumentCheck.h"
 #include "MPPImporter/readers/KVMSPIMPPProjectReader.h"
 
@@ -19,6 +23,10 @@ namespace {
 using DocumentPtr = KVMSPCXMLDocument::DocumentPtr;
 
 constexpr const char* kAssertionDescription = "assertion was raised";
+// The security property of the summary information, whose bit 0 marks a file that opens only with
+// its password.
+constexpr int32_t kSecurityProperty = 19;
+constexpr int32_t kPasswordProtectedSecurity = 0x1;
 
 void raiseImporterException(const char* reason) {
     throw TVException(kTVMPPImporterException,
@@ -53,6 +61,19 @@ void checkDestinationURL(const TVFileURL& tvnxBundleURL) {
     if (lowercasedPathExtension(tvnxBundleURL.path()) != tvnx::kBundleExtension) {
         raiseImporterException(" Destination must be a Tarvane 2 document bundle (.tvnx directory).");
     }
+}
+
+// Whether the file opens only with its password. The application obfuscates the data streams of such
+// a file, so that a plan read from them would be garbage; the readers aren't even built on them. A
+// password that only guards saving leaves the mark clear and the streams readable.
+bool isReadPasswordProtected(SSLRoot& root) {
+    const std::unique_ptr<SSLStorage> storage = root.rootStorage();
+    std::unique_ptr<SSLStream> stream =
+        storage ? storage->childStreamWithName(kSummaryInfoFileName) : nullptr;
+    int32_t security = 0;
+    return stream != nullptr &&
+           KVMSPIPropsReader(std::move(stream)).readPropertyInt(security, kSecurityProperty, false) &&
+           (security & kPasswordProtectedSecurity) != 0;
 }
 
 // The destination itself when nothing is there, else the first free "<name>-<n>.tvnx" beside it.
@@ -165,6 +186,13 @@ bool KVMSPIMPPImporter::importBundle(const TVFileURL& mppURL, const TVFileURL& t
     if (root.lastError() != 0) {
         setError(error, TVError::make(kTVMSPGeneralErrorDomain, kTVMSPInvalidMPPFileError,
                                       "MSPIMPPImporter: Couldn't open an invalid MPP file."));
+        return false;
+    }
+
+    if (isReadPasswordProtected(root)) {
+        setError(error, TVError::make(kTVMSPGeneralErrorDomain, kTVMSPPasswordProtectedError,
+                                      "PASSWORD PROTECTED: The file opens only with its password, and its "
+                                      "data is obfuscated; it can't be imported."));
         return false;
     }
 

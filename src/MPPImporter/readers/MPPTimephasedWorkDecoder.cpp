@@ -1,8 +1,8 @@
 #include "MPPImporter/readers/MPPTimephasedWorkDecoder.h"
 
 #include "MPPExporter/MPPObjects/KVMSPEScheduleCalendar.h"
-#include "MPPExporter/MPPObjects/ScheduleDateExtensions.h"
 #include "MPPImporter/format/MPPTimephasedWorkBlock.h"
+#include "MPPImporter/readers/MPPWallClockWorkingTime.h"
 
 namespace {
 
@@ -20,6 +20,7 @@ std::vector<MPPTimephasedPhase> MPPTimephasedWorkDecoder::decode(TVDate assignme
     const double walkLimit = kWalkLimitInSpans * KVMSPEScheduleCalendar::kMaxWalkDays * kSecondsPerDay;
     double walked = 0.0;
     double last = 0.0;
+    const MPPWallClockWorkingTime workingTime(KVMSPEScheduleCalendar::standardCalendar());
     for (const MPPTimephasedWorkRecord& record : MPPTimephasedWorkBlock(m_bytes, m_size).records()) {
         const double work = record.cumulativeWork;
         const double difference = work - last;
@@ -34,8 +35,8 @@ std::vector<MPPTimephasedPhase> MPPTimephasedWorkDecoder::decode(TVDate assignme
         if (walked > walkLimit) {
             break;
         }
-        const TVDate start = dateAdvancedByDuration(assignmentStart, offsetSeconds, true, false, nullptr);
-        phases.push_back({start, dateAdvancedByDuration(start, seconds, true, true, nullptr), seconds});
+        const TVDate start = workingTime.advanced(assignmentStart, offsetSeconds, false);
+        phases.push_back({start, workingTime.advanced(start, seconds, true), seconds});
     }
     return phases;
 }

@@ -16,7 +16,8 @@ struct MPPTimephasedPhase {
 
 // Decodes an assignment's timephased work block (MPPTimephasedWorkBlock): each record whose
 // cumulative work grows becomes a phase that starts at its working-time offset from the assignment's
-// start and lasts for the work it adds; both are laid on the standard calendar's working time.
+// start and lasts for the work it adds; both are laid on the standard calendar's working time, on the
+// wall clock of the assignment's start (MPPWallClockWorkingTime), whatever the machine's zone.
 class MPPTimephasedWorkDecoder {
 public:
     MPPTimephasedWorkDecoder(const uint8_t* bytes, size_t size) : m_bytes(bytes), m_size(size) {}

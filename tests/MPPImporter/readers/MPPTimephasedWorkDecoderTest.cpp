@@ -33,8 +33,8 @@ private:
     std::vector<uint8_t> m_bytes;
 };
 
-// Phases lie on the standard calendar (Monday to Friday, 08:00-12:00 and 13:00-17:00), read in the
-// system zone.
+// Phases lie on the standard calendar (Monday to Friday, 08:00-12:00 and 13:00-17:00), on the wall
+// clock of the assignment's start, whatever the system zone.
 class MPPTimephasedWorkDecoderTest : public ::testing::Test {
 protected:
     SystemZoneScope m_zone{"UTC"};

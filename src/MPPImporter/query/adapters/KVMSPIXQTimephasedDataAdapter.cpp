@@ -1,5 +1,6 @@
 #include "MPPImporter/query/adapters/KVMSPIXQTimephasedDataAdapter.h"
 
+#include "MPPCommon/date/DateExtensions.h"
 #include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 
 namespace {
@@ -15,8 +16,10 @@ const KVMSPIXQTimephasedDataAdapter::Leaves& KVMSPIXQTimephasedDataAdapter::phas
     static const Leaves leaves{
         .strings =
             {
-                {"Start", stringLeaf(&Phase::startDate, KVMSPIUtilities::mppToMspdiDateTime)},
-                {"Finish", stringLeaf(&Phase::endDate, KVMSPIUtilities::mppToMspdiDateTime)},
+                // A phase's dates hold the wall clock as a UTC instant, as every reader's dates do, and
+                // are written in the same MSPDI form: read in the machine's zone they would move with it.
+                {"Start", stringLeaf(&Phase::startDate, initWithDateTime)},
+                {"Finish", stringLeaf(&Phase::endDate, initWithDateTime)},
                 {"Value", stringLeaf(&Phase::duration, KVMSPIUtilities::mppToMspdiDuration)},
             },
     };
