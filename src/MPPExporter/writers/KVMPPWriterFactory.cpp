@@ -1,5 +1,6 @@
 #include "MPPExporter/writers/KVMPPWriterFactory.h"
 
+#include "MPPExporter/writers/KVMPP15ConsstraintWriter.h"
 #include "MPPExporter/writers/KVMPP15TaskWriter.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 
@@ -7,9 +8,14 @@ std::unique_ptr<KVMPPWriter>
 KVMPPWriterFactory::createMPPExporterWithReader(std::unique_ptr<KVMPPFormatReader> reader,
                                                 std::unique_ptr<KVMPPFormatWriter> writer,
                                                 int32_t layoutVersion) {
-    const bool inDataStorage = writer->getParentName() == k114DirectoryName;
-    if (inDataStorage && writer->isDirectory() && writer->getName() == kTaskStorageName) {
-        return std::make_unique<KVMPP15TaskWriter>(std::move(writer), std::move(reader), layoutVersion);
+    if (writer->getParentName() == k114DirectoryName && writer->isDirectory()) {
+        if (writer->getName() == kTaskStorageName) {
+            return std::make_unique<KVMPP15TaskWriter>(std::move(writer), std::move(reader), layoutVersion);
+        }
+        if (writer->getName() == kConstraintStorageName) {
+            return std::make_unique<KVMPP15ConsstraintWriter>(std::move(writer), std::move(reader),
+                                                              layoutVersion);
+        }
     }
     return std::make_unique<KVMPPWriter>(std::move(writer), std::move(reader), layoutVersion);
 }

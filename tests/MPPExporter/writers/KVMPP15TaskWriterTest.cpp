@@ -3,13 +3,16 @@
 #include "MPPCommon/date/DateTestSupport.h"
 #include "MPPCommon/storage/SSLRoot.h"
 #include "MPPCommon/storage/SSLStorage.h"
+#include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
 #include "MPPExporter/writers/KVMPP15ProjectWriter.h"
 #include "MPPImporter/file/KVMSPIMPPVersionReader.h"
+#include "MPPImporter/readers/KVMSPIMPPConstraintReader.h"
 #include "MPPImporter/readers/KVMSPIMPPProjectReader.h"
 #include "MPPImporter/readers/KVMSPIMPPTaskReader.h"
 #include "MPPImporter/readers/KVMSPISingleExtendedAttribute.h"
+#include "MPPImporter/readers/KVMSPISinglePredecessorLinkReader.h"
 #include "MPPImporter/readers/KVMSPISingleTaskBaselineReader.h"
 #include "WriterTestSupport.h"
 #include "support/TestSupport.h"
@@ -88,10 +91,23 @@ struct SamplePlan {
         auto build = addTask(project, 3, "Build", design.get(), 2, 2);
         build->baselines = {baseline(0, 2), baseline(3, 1)};
         addTask(project, 5, std::string(300, 'x'), root.get(), 6, 4);
+        link(build, design, 1, false, 8 * kHour);
+        link(review, build, 3, true, 50);
         for (const auto& task : project.tasks) {
             task->customFieldValues.resolve(*project.customTaskFieldNames);
         }
         project.startDate = root->startDate;
+    }
+
+    void link(const std::shared_ptr<KVMPPTask>& dependent, const std::shared_ptr<KVMPPTask>& prerequisite,
+              int32_t type, bool percentage, double lag) {
+        auto constraint = std::make_shared<KVMPPConstraint>();
+        constraint->task1.setObject(dependent);
+        constraint->task2.setObject(prerequisite);
+        constraint->constraintType = type;
+        constraint->isPercentage = percentage;
+        constraint->lag = lag;
+        project.constraints.push_back(constraint);
     }
 };
 
@@ -103,13 +119,16 @@ public:
         m_reader = versionReader.getMppReader(m_root, false, nullptr);
         auto* project = m_reader ? dynamic_cast<KVMSPIMPPProjectReader*>(m_reader->projectReader()) : nullptr;
         m_tasks = project ? dynamic_cast<KVMSPIMPPTaskReader*>(project->taskReader()) : nullptr;
+        m_links = project ? dynamic_cast<KVMSPIMPPConstraintReader*>(project->constraintReader()) : nullptr;
     }
     KVMSPIMPPTaskReader* tasks() const { return m_tasks; }
+    KVMSPIMPPConstraintReader* links() const { return m_links; }
 
 private:
     SSLRoot m_root;
     std::unique_ptr<KVMSPIMPPReader> m_reader;
     KVMSPIMPPTaskReader* m_tasks = nullptr;
+    KVMSPIMPPConstraintReader* m_links = nullptr;
 };
 
 std::string name(KVMSPIMPPTaskReader& reader, int32_t uid) {
@@ -118,7 +137,7 @@ std::string name(KVMSPIMPPTaskReader& reader, int32_t uid) {
     return value;
 }
 
-TEST(KVMPP15TaskWriter, TheReaderReadsBackTheOutlineDatesAndFieldsOfEveryTask) {
+TEST(KVMPP15TaskWriter, TheReaderReadsBackTheOutlineFieldsAndLinksOfEveryTask) {
     for (const char* zone : {"UTC", "America/New_York"}) {
         SystemZoneScope scope(zone);
         testsupport::TempDir dir;
@@ -201,6 +220,20 @@ TEST(KVMPP15TaskWriter, TheReaderReadsBackTheOutlineDatesAndFieldsOfEveryTask) {
         EXPECT_EQ(baseline3.at(3)->taskFinish(), KVMPPData::wallClock(*baseline(3, 1).finish));
         EXPECT_EQ(baseline3.at(3)->taskDuration(), 4800);
         EXPECT_TRUE(reader.readersForBaseline(1).empty());
+
+        // Links by the tasks' new IDs: "Build" after "Design", "Review" after "Build".
+        ASSERT_NE(written.links(), nullptr);
+        std::vector<std::string> links;
+        for (const auto& [task, predecessors] : written.links()->taskPredcessorMap()) {
+            for (const auto& link : predecessors) {
+                links.push_back(stringWithFormat("%d<-%d type %d lag %d format %d", link->taskUID(),
+                                                 link->preTaskUID(), link->relType(), link->lag(),
+                                                 link->lagFormat()));
+            }
+        }
+        std::sort(links.begin(), links.end());
+        EXPECT_EQ(links, (std::vector<std::string>{"3<-2 type 1 lag 4800 format 7",
+                                                   "4<-3 type 3 lag 5000 format 19"}));
     }
 }
 
