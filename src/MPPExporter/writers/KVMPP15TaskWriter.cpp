@@ -350,80 +350,45 @@ void KVMPP15TaskWriter::writeBaselineGroup2(uint32_t id, const KVMPPTask& task) 
 }
 
 void KVMPP15TaskWriter::writeProjectHeaderElementsToVar2Data() {
-    const KVMPPProject& project = this->project();
-    const std::optional<KVMPPTaskBaseline>& baseline = project.baseline0;
-    constexpr uint32_t id = 0;
-    if (baseline) {
-        writeDoubleElement(id, kBaselineWorkType, baseline->work * 100.0 / 6.0);
-        writeFieldElement(id, MPPField::taskBaselineCost, baseline->cost * 100.0);
-    }
-    // The plan's name: the application shows it as the project summary task's name.
-    writeFieldElement(id, MPPField::taskName, utf16FromUTF8(project.title.value_or("")));
-    if (baseline) {
-        writeFieldElement(id, MPPField::taskBaselineDuration, static_cast<int64_t>(project.duration / 6.0));
-        writeFieldElement(id, MPPField::taskBaselineStart, wallClock(project.startDate));
-        writeFieldElement(id, MPPField::taskBaselineFinish, wallClock(project.endDate));
-    }
-    for (uint32_t type : kZeroElementTypes) {
-        writeEmptyElement(id, type, 8);
-    }
-    if (baseline) {
-        writeShortElement(id, kBaselineMarkType, 0x15);
-    }
-    writeBaselineGroup1(id, project, true);
-    if (baseline) {
-        writeIntegerElement(id, kBaselineTailTypes[0], 0xFFFFFFFF);
-        writeIntegerElement(id, kBaselineTailTypes[1], 0xFFFFFFFF);
-        writeDoubleElement(id, kBaselineTailTypes[2], kUnsetFigure);
-        writeDoubleElement(id, kBaselineTailTypes[3], kUnsetFigure);
-    }
-    writeBaselineGroup2(id, project);
-    if (!project.tasks.empty()) {
-        startElement(id, kOutlineMarkType);
-        m_var2Data->writeInteger(1);
-        m_var2Data->writeInteger(1);
-        closeElement();
-    }
-    for (uint32_t type : kClosingTypes) {
-        writeIntegerElement(id, type, 0xFFFFFFFF);
-    }
+    doWriteVarElements(0, project(), true);
 }
 
 void KVMPP15TaskWriter::doWriteTaskVar2Data(uint32_t id, const KVMPPTask& task) {
+    doWriteVarElements(id, task, false);
+}
+
+void KVMPP15TaskWriter::doWriteVarElements(uint32_t id, const KVMPPTask& task, bool isProject) {
     const std::optional<KVMPPTaskBaseline>& baseline = task.baseline0;
     if (baseline) {
         writeDoubleElement(id, kBaselineWorkType, baseline->work * 100.0 / 6.0);
         writeFieldElement(id, MPPField::taskBaselineCost, baseline->cost * 100.0);
     }
+    // The project's name is the plan's: the application shows it as the summary task's name.
+    const std::string title = task.title.value_or("");
     writeFieldElement(id, MPPField::taskName,
-                      utf16FromUTF8(truncateUnicodeString(task.title.value_or(""), 0, 255)));
-    if (task.notes && !task.notes->empty()) {
-        startElement(id, propertyNumber(MPPField::taskNotes), false);
-        m_var2Data->writeRtfString(*task.notes, kMPPDataEncodingASCII);
-        closeElement();
-    }
-    if (task.customFieldValues.isResolved()) {
-        const std::vector<std::string>& values = task.customFieldValues.values();
-        for (size_t position = 1; position <= values.size(); ++position) {
-            if (!values[position - 1].empty()) {
-                startElement(id, getTextFieldTypeForIndex(static_cast<int64_t>(position)), false);
-                m_var2Data->writeString(values[position - 1], kMPPDataEncodingUTF16LE);
-                closeElement();
-            }
-        }
+                      utf16FromUTF8(isProject ? title : truncateUnicodeString(title, 0, 255)));
+    if (!isProject) {
+        writeNotesAndCustomTexts(id, task);
     }
     if (baseline) {
-        writeFieldElement(id, MPPField::taskBaselineDuration, static_cast<int64_t>(baseline->duration / 6.0));
-        writeFieldElement(id, MPPField::taskBaselineStart, wallClock(baseline->start));
-        writeFieldElement(id, MPPField::taskBaselineFinish, wallClock(baseline->finish));
+        // The project's baseline holds its own duration and dates, not the saved ones.
+        KVMPPTaskBaseline saved = *baseline;
+        if (isProject) {
+            saved.duration = task.duration;
+            saved.start = task.startDate;
+            saved.finish = task.endDate;
+        }
+        writeFieldElement(id, MPPField::taskBaselineDuration, static_cast<int64_t>(saved.duration / 6.0));
+        writeFieldElement(id, MPPField::taskBaselineStart, wallClock(saved.start));
+        writeFieldElement(id, MPPField::taskBaselineFinish, wallClock(saved.finish));
     }
     for (uint32_t type : kZeroElementTypes) {
         writeEmptyElement(id, type, 8);
     }
     if (baseline) {
-        writeShortElement(id, kBaselineMarkType, 7);
+        writeShortElement(id, kBaselineMarkType, isProject ? 0x15 : 7);
     }
-    writeBaselineGroup1(id, task, false);
+    writeBaselineGroup1(id, task, isProject);
     if (baseline) {
         writeIntegerElement(id, kBaselineTailTypes[0], 0xFFFFFFFF);
         writeIntegerElement(id, kBaselineTailTypes[1], 0xFFFFFFFF);
@@ -431,12 +396,37 @@ void KVMPP15TaskWriter::doWriteTaskVar2Data(uint32_t id, const KVMPPTask& task) 
         writeDoubleElement(id, kBaselineTailTypes[3], kUnsetFigure);
     }
     writeBaselineGroup2(id, task);
-    if (task.preleveledStart && task.preleveledFinish) {
+    if (isProject && !project().tasks.empty()) {
+        startElement(id, kOutlineMarkType);
+        m_var2Data->writeInteger(1);
+        m_var2Data->writeInteger(1);
+        closeElement();
+    }
+    if (!isProject && task.preleveledStart && task.preleveledFinish) {
         writeFieldElement(id, MPPField::taskPreLeveledStart, wallClock(task.preleveledStart));
         writeFieldElement(id, MPPField::taskPreLeveledFinish, wallClock(task.preleveledFinish));
     }
     for (uint32_t type : kClosingTypes) {
         writeIntegerElement(id, type, 0xFFFFFFFF);
+    }
+}
+
+void KVMPP15TaskWriter::writeNotesAndCustomTexts(uint32_t id, const KVMPPTask& task) {
+    if (task.notes && !task.notes->empty()) {
+        startElement(id, propertyNumber(MPPField::taskNotes), false);
+        m_var2Data->writeRtfString(*task.notes, kMPPDataEncodingASCII);
+        closeElement();
+    }
+    if (!task.customFieldValues.isResolved()) {
+        return;
+    }
+    const std::vector<std::string>& values = task.customFieldValues.values();
+    for (size_t position = 1; position <= values.size(); ++position) {
+        if (!values[position - 1].empty()) {
+            startElement(id, getTextFieldTypeForIndex(static_cast<int64_t>(position)), false);
+            m_var2Data->writeString(values[position - 1], kMPPDataEncodingUTF16LE);
+            closeElement();
+        }
     }
 }
 

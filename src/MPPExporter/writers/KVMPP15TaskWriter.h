@@ -51,6 +51,10 @@ private:
 
     void writeProjectHeaderElementsToVar2Data();
     void doWriteTaskVar2Data(uint32_t id, const KVMPPTask& task);
+    // The elements of the project summary or of one task, in the order the application writes them.
+    void doWriteVarElements(uint32_t id, const KVMPPTask& task, bool isProject);
+    // Notes as RTF and the custom texts, found by the meta stream in element order.
+    void writeNotesAndCustomTexts(uint32_t id, const KVMPPTask& task);
     // The elements of the baselines of `task` that stand before and behind the fixed 0x496 group.
     void writeBaselineGroup1(uint32_t id, const KVMPPTask& task, bool isProject);
     void writeBaselineGroup2(uint32_t id, const KVMPPTask& task);
