@@ -1,6 +1,11 @@
 #include "MPPExporter/Mappers/KVMSPEMapper.h"
 
+#include "MPPCommon/bundle/KVTVNXNames.h"
+#include "MPPExporter/Mappers/KVMSPECalendarMapper.h"
 #include "MPPExporter/Mappers/KVMSPEIdMapper.h"
+#include "MPPExporter/Mappers/KVMSPEProjectMapper.h"
+
+#include <ctime>
 
 namespace {
 
@@ -40,6 +45,22 @@ int64_t KVMSPEMapper::nextAssignmentUID() {
 
 int64_t KVMSPEMapper::nextCalendarUID() {
     return gCounters.calendarUID++;
+}
+
+void KVMSPEMapper::map() {
+    initialize();
+    _constraints.clear();
+    _calendarMapper = std::make_unique<KVMSPECalendarMapper>(&KVMSPEMapper::nextCalendarUID);
+    const auto root = _tvnxXmlDoc ? _tvnxXmlDoc->rootElement() : nullptr;
+    if (root && root->name() == tvnx::element::kScenario) {
+        _projectMapper = std::make_unique<KVMSPEProjectMapper>(*this);
+        _mppProject = _projectMapper->newProjectFromTVNXScenario(root);
+        _projectMapper.reset();
+        // Each baseline is saved at the moment of the export; the documents' own dates are not used.
+        const TVDate now{static_cast<double>(std::time(nullptr))};
+        _mppProject->baselineSaveDates.assign(_tvnxBaselines.size(), now);
+    }
+    _calendarMapper.reset();
 }
 
 void KVMSPEMapper::setIdMapper(std::unique_ptr<KVMSPEIdMapper> idMapper) {

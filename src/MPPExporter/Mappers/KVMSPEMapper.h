@@ -10,7 +10,9 @@
 #include <optional>
 #include <vector>
 
+class KVMSPECalendarMapper;
 class KVMSPEIdMapper;
+class KVMSPEProjectMapper;
 
 // The driver of export mapping. It holds the documents of one bundle and what every object mapper
 // shares while `map` runs: the id translation, the calendar mapper and the links gathered by task
@@ -38,6 +40,10 @@ public:
     static int64_t nextAssignmentUID();
     static int64_t nextCalendarUID();
 
+    // Maps the main document into `mppProject`. Internal errors of the document raise the
+    // internal-inconsistency exception.
+    void map();
+
     const DocumentPtr& tvnxXmlDoc() const { return _tvnxXmlDoc; }
     const DocumentPtr& tvnxTOCXmlDoc() const { return _tvnxTOCXmlDoc; }
     const std::vector<DocumentPtr>& tvnxBaselines() const { return _tvnxBaselines; }
@@ -50,6 +56,9 @@ public:
     // None until project mapping has read the top ids.
     const KVMSPEIdMapper* idMapper() const { return _idMapper.get(); }
     void setIdMapper(std::unique_ptr<KVMSPEIdMapper> idMapper);
+    // Present only while `map` runs.
+    KVMSPEProjectMapper* projectMapper() const { return _projectMapper.get(); }
+    KVMSPECalendarMapper* calendarMapper() const { return _calendarMapper.get(); }
     // The task links that task mapping gathers.
     KVMPPProject::List<KVMPPConstraint>& constraints() { return _constraints; }
 
@@ -60,5 +69,7 @@ private:
     TVInfoDictionary _info;
     std::shared_ptr<KVMPPProject> _mppProject;
     std::unique_ptr<KVMSPEIdMapper> _idMapper;
+    std::unique_ptr<KVMSPEProjectMapper> _projectMapper;
+    std::unique_ptr<KVMSPECalendarMapper> _calendarMapper;
     KVMPPProject::List<KVMPPConstraint> _constraints;
 };
