@@ -5,6 +5,8 @@
 #include "MPPExporter/writers/KVMPPFileWriter.h"
 #include "MPPExporter/writers/KVMPPWriterFactory.h"
 
+#include <filesystem>
+
 namespace {
 
 // One entry: its output twin and its writer, which answers for all below it.
@@ -41,6 +43,19 @@ bool KVMPP15ProjectWriter::walkTemplate(const KVMPPProject& project, const std::
     if (!output.open()) {
         return false;
     }
+    const bool result = walkEntries(project, templateFile, output, layoutVersion, factory);
+    output.close();
+    if (!result) {
+        // A file cut short at a failed entry would not open in the application: it goes.
+        std::error_code ignored;
+        std::filesystem::remove(mppPath, ignored);
+    }
+    return result;
+}
+
+bool KVMPP15ProjectWriter::walkEntries(const KVMPPProject& project, KVMPPFileReader& templateFile,
+                                       KVMPPFileWriter& output, int32_t layoutVersion,
+                                       const WriterFactory& factory) {
     bool result = true;
     const int32_t count = templateFile.numberOfChildren();
     for (int32_t index = 0; index < count && result; ++index) {

@@ -1,5 +1,6 @@
 #include "MPPExporter/writers/KVMPPWriter.h"
 
+#include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
 
@@ -61,7 +62,9 @@ bool KVMPPWriter::regenerate(const KVMPPProject* project, const std::function<vo
     m_project = project;
     try {
         streams();
-    } catch (const TVException&) {
+    } catch (const TVException& exception) {
+        // The walk only learns that the entry failed; the log tells the operator why.
+        tvLog(stringWithFormat("EXCEPTION: %s\n%s", exception.name().c_str(), exception.reason().c_str()));
         return false;
     }
     return true;

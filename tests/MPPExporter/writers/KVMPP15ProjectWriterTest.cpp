@@ -111,6 +111,7 @@ TEST(KVMPP15ProjectWriter, RefusesTemplatesItCannotWriteAndOutputsItCannotCreate
     const fs::path noProps = richTemplate().addStorage("   114/TBkndTask").write(dir.path(), "noprops.mpp");
     EXPECT_FALSE(
         KVMPP15ProjectWriter::writeProject(project, (dir.path() / "d.mpp").string(), noProps.string()));
+    EXPECT_FALSE(fs::exists(dir.path() / "d.mpp"));
 }
 
 } // namespace

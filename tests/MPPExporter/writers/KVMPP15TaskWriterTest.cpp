@@ -279,6 +279,7 @@ TEST(KVMPP15TaskWriter, RefusesTooManyBaselinesUnknownTextFieldsAndASecondRun) {
     plan.project.tasks[3]->baselines = twelve;
     EXPECT_FALSE(KVMPP15ProjectWriter::writeProject(plan.project, (dir.path() / "a.mpp").string(),
                                                     writertest::shippedTemplate().string()));
+    EXPECT_FALSE(fs::exists(dir.path() / "a.mpp")) << "a file cut short stays";
     twelve.pop_back();
     SamplePlan eleven;
     eleven.project.tasks[3]->baselines = twelve;
