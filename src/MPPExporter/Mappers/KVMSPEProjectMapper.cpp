@@ -92,7 +92,7 @@ std::shared_ptr<KVMPPProject> KVMSPEProjectMapper::newProjectFromTVNXScenario(co
     calendars.buildCalendarHierarchy();
     project->baseCalendars = calendars.calendars();
 
-    walkTasks(*scenario, *project);
+    walkTasks(*project);
     project->constraints = mapper().constraints();
     MSPEProjectPostProcessor(_taskUidToIdMap, _resourceUidToIdMap)
         .mppPostProcessProject(*project, mapper().constraints());
@@ -238,7 +238,7 @@ KVMSPEProjectMapper::addTvnxResource(const ResourceVisit& visit, KVMPPProject& p
     return members;
 }
 
-void KVMSPEProjectMapper::walkTasks(KVMSPCXMLElement&, KVMPPProject& project) {
+void KVMSPEProjectMapper::walkTasks(KVMPPProject& project) {
     const auto top = _tasksById.find(mapper().idMapper()->topTaskId());
     if (top == _tasksById.end()) {
         return;
