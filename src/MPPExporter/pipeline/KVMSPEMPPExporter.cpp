@@ -132,7 +132,7 @@ std::shared_ptr<KVMPPProject> KVMSPEMPPExporter::newProjectFromBundle(const TVFi
     return mapper.mppProject();
 }
 
-bool KVMSPEMPPExporter::writeProject(const KVMPPProject&, const TVFileURL& mppURL, const TVFileURL&) {
+bool KVMSPEMPPExporter::writeProject(KVMPPProject&, const TVFileURL& mppURL, const TVFileURL&) {
     // The stream writers join the pipeline here. Until they do, no file is written, and the export
     // does not claim one.
     tvLog(stringWithFormat("MSPEMPPExporter: No MPP writer in this build; '%s' is not written.",
