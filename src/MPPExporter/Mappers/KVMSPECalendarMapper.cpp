@@ -126,7 +126,7 @@ void KVMSPECalendarMapper::readScheduleExceptions(KVMSPEScheduleInfo& info,
     KVMSPCXMLElement::Elements overtimeDays;
     KVMSPCXMLElement::Elements timeOffDays;
     for (const auto& day : schedule.elementsForName(element::kFlattenedScheduleDay)) {
-        if (info.extendedFormat() && day->attributeForName(attribute::kDate)) {
+        if (day->attributeForName(attribute::kDate)) {
             (day->elementsForName(element::kTimeSpan).empty() ? timeOffDays : overtimeDays).push_back(day);
         }
     }
