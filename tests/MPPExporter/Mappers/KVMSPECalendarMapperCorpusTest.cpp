@@ -140,14 +140,17 @@ std::string differences(const json& plan, const json& calendar, const ExportedCa
         ++exceptions;
         const bool working = exception.value("working", false);
         const std::string hours = working ? "WORKING " + exception.value("hours", "") : "NON_WORKING";
-        bool matched = false;
+        // Exactly one exception on the days of a single one of the plan: no other contradicts it.
+        std::string onTheseDays;
         for (const auto& mapped : found->second->exceptions) {
-            matched = matched ||
-                      (wallDay(*mapped.startDate) == exception["from"] &&
-                       wallDay(*mapped.endDate) == exception["to"] && rangesText(mapped.workRanges) == hours);
+            if (wallDay(*mapped.startDate) == exception["from"] &&
+                wallDay(*mapped.endDate) == exception["to"]) {
+                onTheseDays += rangesText(mapped.workRanges) + "/";
+            }
         }
-        if (!matched) {
-            text += "exception " + exception["from"].get<std::string>() + " " + hours + " missing; ";
+        if (onTheseDays != hours + "/") {
+            text += "exception " + exception["from"].get<std::string>() + " " + hours + " <> " + onTheseDays +
+                    "; ";
         }
     }
     return text;
