@@ -35,11 +35,12 @@ double share(double effort, double units, double typeUnits) {
 
 } // namespace
 
-KVMSPEAssignmentMapper::KVMSPEAssignmentMapper(KVMSPEMapper& mapper, KVMSPCXMLElement& tvnxTask)
+KVMSPEAssignmentMapper::KVMSPEAssignmentMapper(KVMSPEMapper& mapper, KVMSPCXMLElement& tvnxTask,
+                                               const std::vector<KVMSPCXMLElement::ElementPtr>& assignments)
     : KVMSPEObjectMapperBase(mapper),
       _tvnxTaskId(tvnxread::attribute(tvnxTask, tvnx::attribute::kId).value_or("")) {
     tvAssert(!_tvnxTaskId.empty(), "No Task ID is associated witgh the Assignment.");
-    for (const auto& assignment : tvnxTask.elementsForName(tvnx::element::kAssignment)) {
+    for (const auto& assignment : assignments) {
         const double assignmentUnits = units(*assignment);
         const std::string id = resourceId(*assignment);
         if (!mapper.projectMapper()->resourceElement(id)) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 class KVMSPEScheduledTaskInfo;
 
@@ -14,8 +15,11 @@ class KVMSPEScheduledTaskInfo;
 // resource type in the ratio of their units; each type gets the whole effort.
 class KVMSPEAssignmentMapper : public KVMSPEObjectMapperBase {
 public:
-    // Sums the units of the task's assignments by resource type.
-    KVMSPEAssignmentMapper(KVMSPEMapper& mapper, KVMSPCXMLElement& tvnxTask);
+    // Sums the units of `assignments`, the task's assignment elements, by resource type. A split
+    // task's assignments stand in its first piece, not in the task element: summing the task element's
+    // own would find none there and give every assignment the task's whole effort.
+    KVMSPEAssignmentMapper(KVMSPEMapper& mapper, KVMSPCXMLElement& tvnxTask,
+                           const std::vector<KVMSPCXMLElement::ElementPtr>& assignments);
 
     std::shared_ptr<KVMPPAssignment> newAssignmentFromTVNXAssignment(KVMSPCXMLElement& tvnxAssignment);
     // The assignment of a task without resources, on the unassigned resource. Its UID goes to

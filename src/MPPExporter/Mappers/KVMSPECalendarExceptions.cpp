@@ -82,12 +82,19 @@ void KVMSPECalendarExceptions::mapEvents() {
     for (const MSPETvnxEventInfo& event : _tvnxEventInfos) {
         limit = std::max(limit, event.toDate());
     }
+    // The cursor only moves on: the leading events that end before it never cover it again. The events
+    // are sorted by start, so the scan ends at the first that starts behind the cursor.
+    size_t first = 0;
     while (cursor < limit) {
+        while (first < _tvnxEventInfos.size() && _tvnxEventInfos[first].toDate() < cursor) {
+            ++first;
+        }
         std::vector<const MSPETvnxEventInfo*> covering;
         std::optional<TVDate> nextStart;
-        for (const MSPETvnxEventInfo& event : _tvnxEventInfos) {
+        for (size_t index = first; index < _tvnxEventInfos.size() && !nextStart; ++index) {
+            const MSPETvnxEventInfo& event = _tvnxEventInfos[index];
             if (event.fromDate() > cursor) {
-                nextStart = nextStart ? std::min(*nextStart, event.fromDate()) : event.fromDate();
+                nextStart = event.fromDate();
             } else if (event.toDate() >= cursor) {
                 covering.push_back(&event);
             }

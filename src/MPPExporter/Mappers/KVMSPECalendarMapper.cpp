@@ -6,6 +6,8 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/MPPObjects/MSPEScheduleClock.h"
 
+#include <algorithm>
+
 namespace {
 
 using namespace tvnx;
@@ -126,7 +128,7 @@ void KVMSPECalendarMapper::readScheduleExceptions(KVMSPEScheduleInfo& info,
     KVMSPCXMLElement::Elements overtimeDays;
     KVMSPCXMLElement::Elements timeOffDays;
     for (const auto& day : schedule.elementsForName(element::kFlattenedScheduleDay)) {
-        if (info.extendedFormat() && day->attributeForName(attribute::kDate)) {
+        if (day->attributeForName(attribute::kDate)) {
             (day->elementsForName(element::kTimeSpan).empty() ? timeOffDays : overtimeDays).push_back(day);
         }
     }
@@ -312,8 +314,19 @@ void KVMSPECalendarMapper::mapScheduleInfo(const KVMSPEScheduleInfo& info, KVMPP
 
 // One calendar exception per computed exception. Time off adds no ranges: the exception is a whole
 // non-working day, whatever hours the event had.
+//
+// A bundle keeps the hours of a working exception as overtime and the rest of its days as time-off
+// hours (so the import writes it). As a whole non-working day, that time off would contradict the
+// overtime exception of the very same days, and a plan's exceptions must not overlap; the overtime
+// exception already says that those days work its hours and no others, so time off is left out where
+// an exception of the same days is already there.
 void KVMSPECalendarMapper::mapScheduleExceptions(const KVMSPEScheduleInfo::ExceptionsList& exceptions,
                                                  KVMPPCalendar& calendar) {
+    const auto sameDays = [&calendar](TVDate fromDate, TVDate toDate) {
+        return std::any_of(calendar.exceptions.begin(), calendar.exceptions.end(), [&](const auto& mapped) {
+            return mapped.startDate == fromDate && mapped.endDate == toDate;
+        });
+    };
     for (const auto& list : exceptions) {
         for (int64_t index = 0; index < list->exceptionsCount(); ++index) {
             KVMPPCalendarException exception;
@@ -321,6 +334,9 @@ void KVMSPECalendarMapper::mapScheduleExceptions(const KVMSPEScheduleInfo::Excep
             TVDate toDate;
             tvAssert(list->exception(index, &fromDate, &toDate, nullptr),
                      "Failed to get time period from MPP Calendar Exception Info.");
+            if (!list->overtime() && sameDays(fromDate, toDate)) {
+                continue;
+            }
             exception.startDate = fromDate;
             exception.endDate = toDate;
             exception.name = list->calendarName()

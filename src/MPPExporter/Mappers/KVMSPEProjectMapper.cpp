@@ -92,7 +92,7 @@ std::shared_ptr<KVMPPProject> KVMSPEProjectMapper::newProjectFromTVNXScenario(co
     calendars.buildCalendarHierarchy();
     project->baseCalendars = calendars.calendars();
 
-    walkTasks(*scenario, *project);
+    walkTasks(*project);
     project->constraints = mapper().constraints();
     MSPEProjectPostProcessor(_taskUidToIdMap, _resourceUidToIdMap)
         .mppPostProcessProject(*project, mapper().constraints());
@@ -238,7 +238,7 @@ KVMSPEProjectMapper::addTvnxResource(const ResourceVisit& visit, KVMPPProject& p
     return members;
 }
 
-void KVMSPEProjectMapper::walkTasks(KVMSPCXMLElement&, KVMPPProject& project) {
+void KVMSPEProjectMapper::walkTasks(KVMPPProject& project) {
     const auto top = _tasksById.find(mapper().idMapper()->topTaskId());
     if (top == _tasksById.end()) {
         return;
@@ -290,6 +290,11 @@ std::vector<KVMSPEProjectMapper::TaskVisit> KVMSPEProjectMapper::addTvnxTask(con
             task->actualDuration += piece.actualDuration;
         }
         task->remainingDuration = task->duration - task->actualDuration;
+        // A split task states only its end; without a date of its own it spans its pieces.
+        if (!timePhases->empty()) {
+            task->startDate = task->startDate ? task->startDate : timePhases->front().startDate;
+            task->endDate = task->endDate ? task->endDate : timePhases->back().endDate;
+        }
         assignments =
             (pieces.empty() ? element : *pieces.front()).elementsForName(tvnx::element::kAssignment);
     } else {
@@ -317,7 +322,7 @@ std::vector<KVMSPEProjectMapper::TaskVisit> KVMSPEProjectMapper::addTvnxTask(con
 void KVMSPEProjectMapper::addTvnxAssignments(
     const std::vector<ElementPtr>& assignments, KVMSPCXMLElement& task,
     const std::optional<std::vector<KVMSPETimephasedDataInfo>>& timePhases, KVMPPProject& project) {
-    KVMSPEAssignmentMapper assignmentMapper(mapper(), task);
+    KVMSPEAssignmentMapper assignmentMapper(mapper(), task, assignments);
     // Nested assignment elements are flattened, each in its place; the parser bounds their depth.
     const std::function<void(const std::vector<ElementPtr>&)> addAll =
         [&](const std::vector<ElementPtr>& list) {

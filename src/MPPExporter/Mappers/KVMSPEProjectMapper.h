@@ -63,7 +63,7 @@ private:
     void readProjectSettings(KVMSPCXMLElement& scenario, KVMPPProject& project);
     void readScheduledTasks(KVMSPCXMLElement& scenario, KVMPPProject& project);
     void walkResources(KVMSPCXMLElement& scenario, KVMPPProject& project);
-    void walkTasks(KVMSPCXMLElement& scenario, KVMPPProject& project);
+    void walkTasks(KVMPPProject& project);
     // Maps one resource and answers the visits of its members, in document order.
     std::vector<ResourceVisit> addTvnxResource(const ResourceVisit& visit, KVMPPProject& project);
     // Maps one task and answers the visits of its members, in document order.

@@ -52,20 +52,8 @@ size_t KVMSPEScheduleInfo::dayIndex(int64_t dayType) {
     return static_cast<size_t>(dayType);
 }
 
-void KVMSPEScheduleInfo::removeWorkingTimesForDayType(int64_t dayType) {
-    _workingTimes[dayIndex(dayType)].reset();
-}
-
 KVMSPEScheduleInfo::WorkingTimes& KVMSPEScheduleInfo::resetWorkingTimesForDayType(int64_t dayType) {
     return _workingTimes[dayIndex(dayType)].emplace();
-}
-
-void KVMSPEScheduleInfo::addWorkingTime(const KVMSPEWorkingTime& workingTime, int64_t dayType) {
-    auto& workingTimes = _workingTimes[dayIndex(dayType)];
-    if (!workingTimes) {
-        workingTimes.emplace();
-    }
-    workingTimes->push_back(workingTime);
 }
 
 void KVMSPEScheduleInfo::addWorkingTimes(const std::optional<WorkingTimes>& workingTimes, int64_t dayType) {

@@ -33,17 +33,15 @@ public:
     // The default week for the days that have no list only.
     void ensureProjetDefaultWeekDays();
 
-    bool hasData() const { return hasWeekDaysData() || hasOvertimeData() || hasTimeOffData(); }
     // Any day with a list, empty or not.
     bool hasWeekDaysData() const;
     bool hasOvertimeData() const { return !_overtimeExceptions.empty(); }
     bool hasTimeOffData() const { return !_timeOffExceptions.empty(); }
 
     // Day types outside 0 to 7 are an internal error ("Incorrect value of argument dayType ...").
-    void removeWorkingTimesForDayType(int64_t dayType);
+
     // Replaces the day's list by an empty one and returns it.
     WorkingTimes& resetWorkingTimesForDayType(int64_t dayType);
-    void addWorkingTime(const KVMSPEWorkingTime& workingTime, int64_t dayType);
     // Replaces the day's list by a copy of the given one, or by none.
     void addWorkingTimes(const std::optional<WorkingTimes>& workingTimes, int64_t dayType);
     const std::optional<WorkingTimes>& workingTimesForDayType(int64_t dayType) const;

@@ -26,7 +26,8 @@ std::map<uint64_t, std::shared_ptr<T>> tableByID(const KVMPPProject::List<T>& ob
     return table;
 }
 
-long long asLong(uint64_t value) {
+template <class T>
+long long asLong(T value) {
     return static_cast<long long>(value);
 }
 
@@ -87,11 +88,10 @@ std::shared_ptr<KVMPPTask> MSPEProjectPostProcessor::resolveTask(const MPPDeferr
              "Can not find Task ID for Task with UID='" + *key.key() + "' in the map.");
     const int64_t id = intValue(found->second);
     const auto task = _tasks.find(static_cast<uint64_t>(id));
-    tvAssert(task != _tasks.end(),
-             stringWithFormat("Can not find mapped Task with ID='%lld'", (long long)id));
+    tvAssert(task != _tasks.end(), stringWithFormat("Can not find mapped Task with ID='%lld'", asLong(id)));
     tvAssert(task->second->ID == static_cast<uint64_t>(id),
              stringWithFormat("Unexpected Task ID=%lld got from the map. Should be %lld.",
-                              asLong(task->second->ID), (long long)id));
+                              asLong(task->second->ID), asLong(id)));
     return task->second;
 }
 
@@ -104,7 +104,7 @@ MSPEProjectPostProcessor::resolveCalendar(const MPPDeferred<KVMPPCalendar>& key,
         return nullptr;
     }
     const auto calendar = _calendars.find(static_cast<uint64_t>(id));
-    tvAssert(calendar != _calendars.end(), stringWithFormat(notFoundFormat, (long long)id));
+    tvAssert(calendar != _calendars.end(), stringWithFormat(notFoundFormat, asLong(id)));
     return calendar->second;
 }
 
@@ -123,10 +123,10 @@ MSPEProjectPostProcessor::resolveResource(const MPPDeferred<KVMPPResource>& key)
     const int64_t id = intValue(found->second);
     const auto resource = _resources.find(static_cast<uint64_t>(id));
     tvAssert(resource != _resources.end(),
-             stringWithFormat("Can not find mapped Resource with ID='%lld'", (long long)id));
+             stringWithFormat("Can not find mapped Resource with ID='%lld'", asLong(id)));
     tvAssert(resource->second->ID == static_cast<uint64_t>(id),
              stringWithFormat("Unexpected Resource ID=%lld got from the map. Should be %lld.",
-                              asLong(resource->second->ID), (long long)id));
+                              asLong(resource->second->ID), asLong(id)));
     return resource->second;
 }
 

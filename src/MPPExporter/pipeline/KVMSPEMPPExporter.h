@@ -39,8 +39,8 @@ public:
                                                               const TVInfoDictionary& info);
 
 private:
-    // Hands the finished plan to the writer stage, which reshapes it for the file and lays it out in
-    // the streams of the template.
+    // Hands the finished plan to the writer stage, which reshapes it for the writers and lays it out
+    // in the streams of the template. True only for a file written.
     static bool writeProject(KVMPPProject& project, const TVFileURL& mppURL, const TVFileURL& templateURL);
 
     TVInfoDictionary _info;

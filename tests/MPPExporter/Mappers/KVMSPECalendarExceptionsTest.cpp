@@ -74,6 +74,11 @@ TEST_P(CalendarExceptionsZoneTest, EventsBecomeStretchesOfWholeDaysThatDontOverl
     EXPECT_EQ(mappedCalendar(event(february(2), february(3))), "2.00:00:00-2.23:59:59/1 0-86399;");
     EXPECT_EQ(mappedCalendar(event(february(2, 9), february(2, 12))), "2.00:00:00-2.23:59:59/1 32400-43200;");
     EXPECT_EQ(mappedCalendar(event(february(2, 9), february(4, 12))), "2.00:00:00-4.23:59:59/3 32400-43200;");
+    // A recurrence rule isn't expanded: the series counts as one event from its first start to its end.
+    const std::string series = event(february(2, 9), february(6, 12));
+    EXPECT_EQ(
+        mappedCalendar(series.substr(0, series.size() - 2) + " rrule='FREQ=DAILY;INTERVAL=2;COUNT=3'/>"),
+        "2.00:00:00-6.23:59:59/5 32400-43200;");
     // Two days off a week apart, given out of order, and nothing for the gap.
     EXPECT_EQ(mappedCalendar(
                   event(february(9), february(9, 23, 59)) + event(february(2), february(2, 23, 59)), "no"),

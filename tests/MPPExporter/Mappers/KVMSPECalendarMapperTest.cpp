@@ -159,12 +159,13 @@ TEST(KVMSPECalendarMapperTest, EventsBecomeExceptionsThatFlatCopiesInheritFromTh
         "<resource id='r-1'><schedule><calendar name='Overtime' overtime='yes'><event start='" +
         february(7, 9) + "' end='" + february(7, 12) +
         "'/></calendar><calendar name='Time&#10;Off' overtime='no'><event start='" + february(3, 10) +
-        "' end='" + february(3, 11) +
+        "' end='" + february(3, 11) + "'/><event start='" + february(7, 12) + "' end='" + february(7, 23) +
         "'/></calendar></schedule><child-resource idref='r5'/></resource>"
         "<resource id='r5'><type>Group</type><child-resource idref='r6'/></resource>"
         "<resource id='r6'><schedule><calendar overtime=''><event start='" +
         february(4) + "' end='" + february(5) + "'/></calendar></schedule></resource>");
-    // Time off with hours blocks the whole day, with a warning; a calendar without name is overtime's.
+    // Time off with hours blocks the whole day, with a warning, unless an overtime exception holds the
+    // same days; a calendar without name is overtime's.
     EXPECT_NE(
         scenario.log.find("    !!! WARNING: Mapping time-off hours to full non-working day exception in MS "
                           "Project calendar 'Standard'."),
