@@ -1,11 +1,14 @@
 #include "MPPExporter/Mappers/KVMSPEProjectMapper.h"
 
+#include "MPPCommon/date/DateTestSupport.h"
+#include "MPPCommon/date/KVMSPCDateTimeConverter.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/ExportBundleText.h"
 #include "MPPExporter/MPPObjects/MPPProjectJSON.h"
 #include "MPPExporter/Mappers/KVMSPEMapper.h"
 #include "MPPExporter/Mappers/MSPEProjectPostProcessor.h"
+#include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 
 #include <gtest/gtest.h>
 
@@ -50,6 +53,16 @@ json taskTitled(const json& project, const std::string& title) {
     }
     ADD_FAILURE() << "no task " << title;
     return json();
+}
+
+// A wall clock of February 2026 in the system zone, as the bundle states it and as the printout shows
+// it. Working minutes between dates are counted on wall clocks.
+std::string february(int day, int hour) {
+    return *KVMSPIUtilities::mppToTvnxDateTime(localInstant(2026, 2, day, hour));
+}
+
+std::string printed(int day, int hour) {
+    return KVMSPCDateTimeConverter::tvnxFromMppDateTime(localInstant(2026, 2, day, hour), true);
 }
 
 std::string task(const std::string& id, const std::string& content) {
@@ -179,20 +192,21 @@ TEST(KVMSPEProjectMapperTest, SplitTasksResourcesAndGroups) {
         scenario({"t1"},
                  resources +
                      task("t1",
-                          R"(<title>Split</title><split/><effort>28800</effort><end-date>2026-02-10T17:00:00Z</end-date>)"
-                          R"(<child-task idref="t2"/><child-task idref="t3"/><child-task idref="t4"/>)") +
-                     piece("t2", "2026-02-02T08:00:00Z", "2026-02-02T17:00:00Z",
+                          "<title>Split</title><split/><effort>28800</effort><end-date>" + february(10, 17) +
+                              "</end-date>" +
+                              R"(<child-task idref="t2"/><child-task idref="t3"/><child-task idref="t4"/>)") +
+                     piece("t2", february(2, 8), february(2, 17),
                            R"(<assignment idref="r1" units="1"/><assignment idref="r3" units="3"/>)") +
-                     piece("t3", "2026-02-05T13:00:00Z", "2026-02-06T12:00:00Z", "") +
-                     piece("t4", "2026-02-10T08:00:00Z", "2026-02-10T17:00:00Z", ""),
+                     piece("t3", february(5, 13), february(6, 12), "") +
+                     piece("t4", february(10, 8), february(10, 17), ""),
                  "", {"r1", "r2"}),
         3);
 
     const json split = taskTitled(project, "Split");
     EXPECT_EQ(split["hasSplits"], true);
     EXPECT_EQ(split["duration"], 3 * 28800.0);
-    EXPECT_EQ(split["start"], "2026-02-02T08:00:00Z");
-    EXPECT_EQ(split["finish"], "2026-02-10T17:00:00Z");
+    EXPECT_EQ(split["start"], printed(2, 8));
+    EXPECT_EQ(split["finish"], printed(10, 17));
     EXPECT_EQ(project["tasks"].size(), 2u) << "pieces are no tasks of the outline";
     EXPECT_EQ(project["baselineSaveDates"], 3);
 
