@@ -48,6 +48,11 @@ private:
 };
 
 std::vector<unsigned char> readFileBytes(const std::filesystem::path& path);
+
+// A text in single quotes for the shell.
+std::string shellQuoted(const std::string& text);
+// What a shell command writes to its standard output.
+std::string commandOutput(const std::string& command);
 void writeFileBytes(const std::filesystem::path& path, const std::vector<unsigned char>& bytes);
 
 } // namespace testsupport

@@ -2,12 +2,21 @@
 
 #include "MPPCommon/support/Log.h"
 
+#include <cmath>
+
 namespace {
 
 constexpr int64_t kMicrosecondsPerHour = 3600000000;
 constexpr int64_t kMicrosecondsPerMinute = 60000000;
 
 } // namespace
+
+MPPCalendarTime MPPCalendarTime::initWithTime(double seconds) {
+    // Only a finite value whose microseconds fit in 64 bits converts; anything else reads as midnight,
+    // where a plain conversion would be undefined.
+    const bool convertible = std::isfinite(seconds) && std::fabs(seconds) < 1e12;
+    return initWithTimeSpan(convertible ? static_cast<TVTimeSpan>(seconds) * kMicrosecondsPerSecond : 0);
+}
 
 MPPCalendarTime MPPCalendarTime::initWithTimeSpan(TVTimeSpan span) {
     MPPCalendarTime time;
@@ -27,6 +36,14 @@ void MPPCalendarTime::setTotalMinutes(int32_t totalMinutes) {
     _hours = static_cast<uint8_t>(totalMinutes / 60);
     _minutes = static_cast<uint8_t>(totalMinutes % 60);
     _totalMinutes = totalMinutes;
+}
+
+void MPPCalendarTime::setHours(int64_t hours) {
+    _hours = hours >= 24 || hours < 0 ? 0 : static_cast<uint8_t>(hours);
+}
+
+void MPPCalendarTime::setMinutes(int64_t minutes) {
+    _minutes = minutes > 59 ? 59 : minutes < 0 ? 0 : static_cast<uint8_t>(minutes);
 }
 
 std::string MPPCalendarTime::ToTvnxTime() const {

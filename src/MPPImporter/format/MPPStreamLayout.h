@@ -12,7 +12,8 @@ inline constexpr uint32_t kMPPMetaStreamMagicNumber = 0xFADFADBA;
 
 // Fixed meta stream ("FixedMeta", "Fixed2Meta"): a header, then one item per data item.
 inline constexpr int32_t kFixedMetaMagicOffset = 0;
-inline constexpr int32_t kFixedMetaHeaderFlagOffset = 4;      // written as 4
+inline constexpr int32_t kFixedMetaHeaderFlagOffset = 4;
+inline constexpr uint32_t kFixedMetaHeaderFlag = 4;
 inline constexpr int32_t kFixedMetaElementCountOffset = 8;    // item count; read to measure items
 inline constexpr int32_t kFixedMetaCumulativeSizeOffset = 12; // not used when reading
 inline constexpr int32_t kFixedMetaHeaderSize = 16;
@@ -29,7 +30,9 @@ inline constexpr int32_t kFixedMetaFirstFieldHeader = 4;
 
 // Variable meta stream ("VarMeta"): a header, then one item per block.
 inline constexpr int32_t kVarMetaMagicOffset = 0;
-inline constexpr int32_t kVarMetaHeaderFlagOffset = 4; // written as 4
+inline constexpr int32_t kVarMetaHeaderFlagOffset = 4;
+// The files of every application hold 0 here, unlike the fixed meta streams.
+inline constexpr uint32_t kVarMetaHeaderFlag = 0;
 inline constexpr int32_t kVarMetaItemCountOffset = 8;
 inline constexpr int32_t kVarMetaCumulativeSizeOffset = 20; // not used when reading
 inline constexpr int32_t kVarMetaHeaderSize = 24;

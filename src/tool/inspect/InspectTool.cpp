@@ -5,6 +5,7 @@
 #include "tool/inspect/DumpCommand.h"
 #include "tool/inspect/InfoCommand.h"
 #include "tool/inspect/ListCommand.h"
+#include "tool/inspect/ModelCommand.h"
 #include "tool/inspect/PropsCommand.h"
 #include "tool/inspect/QueryCommand.h"
 
@@ -29,6 +30,7 @@ InspectTool::InspectTool() {
     m_commands.push_back(std::make_unique<ListCommand>());
     m_commands.push_back(std::make_unique<CatCommand>());
     m_commands.push_back(std::make_unique<CopyCommand>());
+    m_commands.push_back(std::make_unique<ModelCommand>());
 }
 
 int InspectTool::run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {

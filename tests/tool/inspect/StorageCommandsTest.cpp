@@ -83,7 +83,8 @@ TEST(InspectToolTest, WithoutAKnownCommandPrintsEveryCommandsUsage) {
         "(TYPE: text, int, num or bool)\n"
         "       mppinspect ls FILE\n"
         "       mppinspect cat FILE PATH\n"
-        "       mppinspect copy IN OUT\n";
+        "       mppinspect copy IN OUT\n"
+        "       mppinspect model BUNDLE\n";
     for (const auto& arguments :
          std::vector<std::vector<std::string>>{{}, {"frob", "plan.mpp"}, {"--help"}}) {
         const InspectToolRun usage = InspectToolRun::of(arguments);

@@ -1,0 +1,101 @@
+#include "MPPExporter/writers/KVMPP15ConsstraintWriter.h"
+
+#include "MPPCommon/support/TVException.h"
+#include "MPPExporter/MPPObjects/KVMPPProject.h"
+#include "MPPImporter/format/MPPFieldCatalog.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
+
+#include <array>
+
+namespace {
+
+constexpr size_t kRecordSize = 20;
+constexpr uint16_t kLiveLinkMark = 0;
+constexpr uint16_t kMetaEnding = 0xDD;
+constexpr uint8_t kFixed2MetaEnding = 7;
+// The lag formats of the interchange vocabulary: days, and percent.
+constexpr int64_t kLagFormatDays = 7;
+constexpr int64_t kLagFormatPercent = 19;
+
+const KVMPPTask& linkedTask(const MPPDeferred<KVMPPTask>& reference) {
+    const KVMPPTask* task = reference.object();
+    tvAssert(task != nullptr, "A task link without its task reached the writer.");
+    return *task;
+}
+
+} // namespace
+
+bool KVMPP15ConsstraintWriter::writeDataForProject(const KVMPPProject* project) {
+    return regenerate(project, [this] {
+        writeFixedData();
+        writeFixedMeta();
+        writeFixed2Data();
+        writeFixed2Meta();
+        cloneChildStreamFromTemplate(kVarMetaStreamName);
+    });
+}
+
+void KVMPP15ConsstraintWriter::writeFixedData() {
+    m_fixedData = std::make_unique<KVMPPFixedData>();
+    writeStream(kFixedDataStreamName, *m_fixedData, [this] {
+        uint32_t uid = 0;
+        for (const auto& link : project().constraints) {
+            writeLinkFixedData(*link, ++uid);
+        }
+    });
+}
+
+void KVMPP15ConsstraintWriter::writeLinkFixedData(const KVMPPConstraint& link, uint32_t uid) {
+    std::array<uint8_t, kRecordSize> record{};
+    const auto put = [&](MPPField field, int64_t value) {
+        const auto place = mppFieldPlace(field, layoutVersion(), layoutVersion());
+        tvAssert(place && place->row->block == MPPFieldBlock::fixed, "The link layout has no such field.");
+        encodeMPPField(*place->row, value,
+                       std::span(record).subspan(place->position, mppFieldSize(*place->row)));
+    };
+    // The reader keys links by this word: each link has its own, where a model link's ID is 0 for all.
+    encodeMPPNumber(uid, std::span(record));
+    put(MPPField::linkPredecessorUID, static_cast<int64_t>(linkedTask(link.task2).ID));
+    put(MPPField::linkTaskUID, static_cast<int64_t>(linkedTask(link.task1).ID));
+    put(MPPField::linkType, link.constraintType);
+    put(MPPField::linkLag, static_cast<int64_t>(link.isPercentage ? link.lag * 100.0 : link.lag / 6.0));
+    put(MPPField::linkLagFormat, link.isPercentage ? kLagFormatPercent : kLagFormatDays);
+    m_fixedData->startNewElement();
+    m_fixedData->writeData(record.data(), record.size());
+    m_fixedData->closeCurrentElement();
+}
+
+void KVMPP15ConsstraintWriter::writeFixedMeta() {
+    m_fixedMeta = std::make_unique<KVMPPFixedMeta>(*m_fixedData);
+    writeStream(kFixedMetaStreamName, *m_fixedMeta, [this] {
+        m_fixedMeta->writeMetaHeader();
+        for (size_t i = 0; i < project().constraints.size(); ++i) {
+            m_fixedMeta->writeNextElementStartWithInt(kLiveLinkMark);
+            m_fixedMeta->write2ByteInteger(kMetaEnding);
+        }
+    });
+}
+
+void KVMPP15ConsstraintWriter::writeFixed2Data() {
+    m_fixed2Data = std::make_unique<KVMPPFixedData>();
+    writeStream(kFixed2DataStreamName, *m_fixed2Data, [this] {
+        for (const auto& link : project().constraints) {
+            m_fixed2Data->startNewElement();
+            m_fixed2Data->writeGUID(link->getGUID());
+            m_fixed2Data->writeGUID(linkedTask(link->task2).getGUID());
+            m_fixed2Data->writeGUID(linkedTask(link->task1).getGUID());
+            m_fixed2Data->closeCurrentElement();
+        }
+    });
+}
+
+void KVMPP15ConsstraintWriter::writeFixed2Meta() {
+    m_fixed2Meta = std::make_unique<KVMPPFixedMeta>(*m_fixed2Data);
+    writeStream(kFixed2MetaStreamName, *m_fixed2Meta, [this] {
+        m_fixed2Meta->writeMetaHeader();
+        for (size_t i = 0; i < project().constraints.size(); ++i) {
+            m_fixed2Meta->writeNextElementStartWithInt(0);
+            m_fixed2Meta->write1ByteInteger(kFixed2MetaEnding);
+        }
+    });
+}
