@@ -66,6 +66,35 @@ KVMSPEProjectMapper::KVMSPEProjectMapper(KVMSPEMapper& mapper) : KVMSPEObjectMap
 
 KVMSPEProjectMapper::~KVMSPEProjectMapper() = default;
 
+void KVMSPEProjectMapper::rollUpGroupDates(const KVMPPProject& project) {
+    // A bundle states no dates for a group; the planning application shows the span of its members,
+    // and so does the plan file. Groups that state dates of their own keep them. Deeper members come
+    // later in the outline, so a walk from the end widens each group before it widens its own group.
+    std::set<const KVMPPTask*> openStarts;
+    std::set<const KVMPPTask*> openEnds;
+    for (const auto& task : project.tasks) {
+        if (task->parent && !task->parent->startDate) {
+            openStarts.insert(task->parent);
+        }
+        if (task->parent && !task->parent->endDate) {
+            openEnds.insert(task->parent);
+        }
+    }
+    for (auto task = project.tasks.rbegin(); task != project.tasks.rend(); ++task) {
+        KVMPPTask* group = (*task)->parent;
+        if (!group) {
+            continue;
+        }
+        if (openStarts.count(group) && (*task)->startDate) {
+            group->startDate =
+                group->startDate ? std::min(*group->startDate, *(*task)->startDate) : (*task)->startDate;
+        }
+        if (openEnds.count(group) && (*task)->endDate) {
+            group->endDate = group->endDate ? std::max(*group->endDate, *(*task)->endDate) : (*task)->endDate;
+        }
+    }
+}
+
 KVMSPEProjectMapper::ElementPtr KVMSPEProjectMapper::resourceElement(const std::string& id) const {
     const auto found = _resourcesById.find(id);
     return found == _resourcesById.end() ? nullptr : found->second;
@@ -96,6 +125,7 @@ std::shared_ptr<KVMPPProject> KVMSPEProjectMapper::newProjectFromTVNXScenario(co
     project->constraints = mapper().constraints();
     MSPEProjectPostProcessor(_taskUidToIdMap, _resourceUidToIdMap)
         .mppPostProcessProject(*project, mapper().constraints());
+    rollUpGroupDates(*project);
     return project;
 }
 

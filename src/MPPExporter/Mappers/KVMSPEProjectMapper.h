@@ -68,6 +68,7 @@ private:
     std::vector<ResourceVisit> addTvnxResource(const ResourceVisit& visit, KVMPPProject& project);
     // Maps one task and answers the visits of its members, in document order.
     std::vector<TaskVisit> addTvnxTask(const TaskVisit& visit, KVMPPProject& project);
+    static void rollUpGroupDates(const KVMPPProject& project);
     void addTvnxAssignments(const std::vector<ElementPtr>& assignments, KVMSPCXMLElement& task,
                             const std::optional<std::vector<KVMSPETimephasedDataInfo>>& timePhases,
                             KVMPPProject& project);

@@ -5,6 +5,7 @@
 #include "MPPCommon/shared/MSPCNotes.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
+#include "MPPExporter/MPPObjects/KVMSPEScheduleCalendar.h"
 #include "MPPExporter/Mappers/KVMSPEIdMapper.h"
 #include "MPPExporter/Mappers/KVMSPEMapper.h"
 #include "MPPExporter/Mappers/KVMSPEProjectMapper.h"
@@ -92,6 +93,7 @@ std::shared_ptr<KVMPPTask> KVMSPETaskMapper::newTaskFromTVNXTask(const ElementPt
     task->milestone = info.taskType() == kMilestone;
     mapProgress(*task, info);
     mapConstraint(*task, info);
+    completeSchedule(*task, element, info);
 
     TVError error;
     const bool splittable = element.boolValueForXQuery(tvnx::element::kSplittable, &error);
@@ -200,6 +202,48 @@ void KVMSPETaskMapper::mapConstraint(KVMPPTask& task, const KVMSPEScheduledTaskI
         set(kConstraintAsLateAsPossible, std::nullopt);
     } else if (info.scheduleType() == kAsSoonAsPossible) {
         set(0, std::nullopt);
+    }
+}
+
+void KVMSPETaskMapper::completeSchedule(KVMPPTask& task, KVMSPCXMLElement& element,
+                                        const KVMSPEScheduledTaskInfo& info) const {
+    // A bundle states the computed dates and duration of a task only for the pieces of split tasks;
+    // elsewhere the planning application computes them. A plan file needs them: a task without
+    // duration reads as a milestone, one without dates has none to show. They are derived from what
+    // the bundle holds: the start from the leveled start, the duration from the effort over the units
+    // of the task's staff (the whole effort without any), the end by working time from the start.
+    // Groups take their dates from their members after the outline is built, split tasks from their
+    // pieces.
+    if (info.taskType() == kGroup || tvnxread::singleElement(element, tvnx::element::kSplit)) {
+        return;
+    }
+    if (!task.startDate) {
+        task.startDate = info.leveledStart();
+    }
+    if (info.taskType() != kMilestone && task.duration == 0 && info.effort() > 0) {
+        double units = 0;
+        for (const auto& assignment : element.elementsForName(tvnx::element::kAssignment)) {
+            const auto resource = mapper().projectMapper()->resourceElement(
+                tvnxread::attribute(*assignment, tvnx::attribute::kIdref).value_or(""));
+            const auto type =
+                resource ? resource->stringValueForXQuery(tvnx::element::kType, nullptr) : std::nullopt;
+            if (type && type != tvnx::value::kResourceTypeMaterial) {
+                const auto text = tvnxread::attribute(*assignment, tvnx::attribute::kUnits);
+                units += text && !text->empty() ? tvnxread::doubleValue(*text) : 1.0;
+            }
+        }
+        task.duration = info.effort() / (units > 0 ? units : 1.0);
+        task.remainingDuration = task.duration - task.actualDuration;
+    }
+    // Without working time to cover, both ends are the same moment.
+    const double span = std::max(0.0, task.duration);
+    const auto moved = [span](const std::optional<TVDate>& from, bool forward) {
+        return span < 1 ? from : KVMSPEScheduleCalendar::standardCalendar().date(from, span, forward);
+    };
+    if (task.startDate && !task.endDate) {
+        task.endDate = moved(task.startDate, true);
+    } else if (task.endDate && !task.startDate) {
+        task.startDate = moved(task.endDate, false);
     }
 }
 

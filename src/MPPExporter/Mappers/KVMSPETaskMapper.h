@@ -29,4 +29,7 @@ private:
     void mapProgress(KVMPPTask& task, const KVMSPEScheduledTaskInfo& info) const;
     void mapConstraint(KVMPPTask& task, const KVMSPEScheduledTaskInfo& info) const;
     void mapLinks(const KVMSPEScheduledTaskInfo& info) const;
+    // Dates and duration that the bundle leaves to the planning application to compute.
+    void completeSchedule(KVMPPTask& task, KVMSPCXMLElement& element,
+                          const KVMSPEScheduledTaskInfo& info) const;
 };

@@ -268,3 +268,34 @@ TEST(KVMSPEProjectMapperTest, PostProcessingChecks) {
     }
     EXPECT_EQ(failure, "Broken list levels: taskLevel=2 maxLevel=0");
 }
+
+// What the bundle leaves to the planning application to compute: a task's duration is its effort over
+// its staff's units, its end follows from its start by working time, and a group spans its members.
+TEST(KVMSPEProjectMapperTest, UnstatedDatesAndDurations) {
+    const std::string staff = R"(<resource id="r1"><name>Ann</name><type>Staff</type></resource>)"
+                              R"(<resource id="r2"><name>Cem</name><type>Material</type></resource>)";
+    const json project = mapped(scenario(
+        {"t1"},
+        staff +
+            task(
+                "t1",
+                R"(<title>Group</title><type>group</type><child-task idref="t2"/><child-task idref="t3"/>)") +
+            task("t2", "<title>Pair</title><type>task</type><leveled-start>" + february(2, 13) +
+                           "</leveled-start><effort>57600</effort>"
+                           R"(<assignment idref="r1" units="1"/><assignment idref="r1" units="1"/>)"
+                           R"(<assignment idref="r2" units="5"/>)") +
+            task("t3", "<title>Done</title><type>milestone</type><leveled-start>" + february(3, 17) +
+                           "</leveled-start><effort>0</effort>"),
+        "", {"r1", "r2"}));
+    const json pair = taskTitled(project, "Pair");
+    EXPECT_EQ(pair["duration"], 28800.0);
+    EXPECT_EQ(pair["start"], printed(2, 13));
+    EXPECT_EQ(pair["finish"], printed(3, 12));
+    const json done = taskTitled(project, "Done");
+    EXPECT_EQ(done["duration"], 0.0);
+    EXPECT_EQ(done["finish"], printed(3, 17));
+    const json group = taskTitled(project, "Group");
+    EXPECT_EQ(group["start"], printed(2, 13));
+    EXPECT_EQ(group["finish"], printed(3, 17));
+    EXPECT_EQ(project["tasks"][0]["finish"], printed(3, 17));
+}
