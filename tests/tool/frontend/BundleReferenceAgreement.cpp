@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <cctype>
 #include <fstream>
+#include <map>
 #include <nlohmann/json.hpp>
+#include <set>
 
 namespace {
 
@@ -137,22 +139,12 @@ const json* standardCalendar(const json& reference) {
 
 } // namespace
 
-BundleReferenceAgreement::BundleReferenceAgreement(Listed listed) : m_listed(std::move(listed)) {}
-
-void BundleReferenceAgreement::count(const std::string& planFile, const std::string& field, bool agrees,
-                                     const std::string& detail) {
-    if (m_listed.count({planFile, field}) != 0) {
-        if (!agrees) {
-            m_shown.insert({planFile, field});
-        }
-        return;
-    }
-    Tally& tally = m_tallies[field];
-    ++tally.all;
-    if (agrees) {
-        ++tally.agreeing;
-    } else if (std::count(tally.examples.begin(), tally.examples.end(), '\n') < 5) {
-        tally.examples += "    " + planFile + ": " + detail + "\n";
+BundleReferenceAgreement::BundleReferenceAgreement(testsupport::CorpusComparison& comparison)
+    : m_comparison(comparison) {
+    for (const char* field :
+         {"task", "title", "kind", "parent", "priority", "leveled-start", "manual", "note", "link",
+          "resource", "name", "type", "e-mail", "assignment", "week", "baselines"}) {
+        m_comparison.requireShare(field, 0.99);
     }
 }
 
@@ -185,13 +177,13 @@ void BundleReferenceAgreement::compare(const std::string& planFile, const fs::pa
         }
         const std::string id = objectId('t', uid);
         const auto found = tasks.find(id);
-        count(planFile, "task", found != tasks.end(), id + " is missing");
+        m_comparison.check(planFile, "task", id, found != tasks.end(), "missing");
         if (found == tasks.end()) {
             continue;
         }
         const ElementPtr& ours = found->second;
         const auto check = [&](const char* field, const std::string& mine, const std::string& theirs) {
-            count(planFile, field, mine == theirs, id + ": '" + mine + "', the reference '" + theirs + "'");
+            m_comparison.compare(planFile, field, id, mine, theirs);
         };
         check("title", childText(ours, "title"), text(member(task, "name")));
         check("kind", importedKind(ours), expectedKind(task));
@@ -216,7 +208,7 @@ void BundleReferenceAgreement::compare(const std::string& planFile, const fs::pa
         for (const json& link : items(task, "predecessors")) {
             const std::string wanted =
                 objectId('t', number(link, "uid")) + " " + linkKind(text(member(link, "type")));
-            count(planFile, "link", links.count(wanted) != 0, id + " lacks the link " + wanted);
+            m_comparison.check(planFile, "link", id, links.count(wanted) != 0, "lacks the link " + wanted);
         }
     }
     for (const json& resource : items(reference, "resources")) {
@@ -226,12 +218,12 @@ void BundleReferenceAgreement::compare(const std::string& planFile, const fs::pa
         }
         const std::string id = objectId('r', uid);
         const auto found = resources.find(id);
-        count(planFile, "resource", found != resources.end(), id + " is missing");
+        m_comparison.check(planFile, "resource", id, found != resources.end(), "missing");
         if (found == resources.end()) {
             continue;
         }
         const auto check = [&](const char* field, const std::string& mine, const std::string& theirs) {
-            count(planFile, field, mine == theirs, id + ": '" + mine + "', the reference '" + theirs + "'");
+            m_comparison.compare(planFile, field, id, mine, theirs);
         };
         check("name", childText(found->second, "name"), text(member(resource, "name")));
         check("type", childText(found->second, "type"),
@@ -252,7 +244,7 @@ void BundleReferenceAgreement::compare(const std::string& planFile, const fs::pa
                                                           : task->second->elementsForName("assignment")) {
             assigned = assigned || attribute(ours, "idref") == resourceId;
         }
-        count(planFile, "assignment", assigned, taskId + " lacks " + resourceId);
+        m_comparison.check(planFile, "assignment", taskId, assigned, "lacks " + resourceId);
     }
     if (const json* calendar = standardCalendar(reference)) {
         static const std::pair<const char*, const char*> kDays[] = {
@@ -277,7 +269,7 @@ void BundleReferenceAgreement::compare(const std::string& planFile, const fs::pa
             mine += std::string(day) + " " + week[day] + "; ";
             theirs += std::string(day) + " " + referenceDay(member((*calendar), "days"), key) + "; ";
         }
-        count(planFile, "week", mine == theirs, mine + "\n      the reference " + theirs);
+        m_comparison.compare(planFile, "week", "project", mine, theirs);
     }
     std::string present;
     std::string wanted;
@@ -287,34 +279,5 @@ void BundleReferenceAgreement::compare(const std::string& planFile, const fs::pa
         const json& numbers = items(reference, "baselines_present");
         wanted += std::find(numbers.begin(), numbers.end(), baseline) != numbers.end() ? name + " " : "";
     }
-    count(planFile, "baselines", present == wanted, "'" + present + "', the reference '" + wanted + "'");
-}
-
-std::string BundleReferenceAgreement::fieldsBelow(double floor) const {
-    std::string below;
-    for (const auto& [field, tally] : m_tallies) {
-        if (tally.agreeing < floor * tally.all) {
-            below += field + ": " + std::to_string(tally.agreeing) + " of " + std::to_string(tally.all) +
-                     " agree\n" + tally.examples;
-        }
-    }
-    return below;
-}
-
-std::string BundleReferenceAgreement::summary() const {
-    std::string lines;
-    for (const auto& [field, tally] : m_tallies) {
-        lines += field + " " + std::to_string(tally.agreeing) + "/" + std::to_string(tally.all) + "\n";
-    }
-    return lines;
-}
-
-std::string BundleReferenceAgreement::staleEntries() const {
-    std::string stale;
-    for (const auto& entry : m_listed) {
-        if (m_shown.count(entry) == 0) {
-            stale += entry.first + " " + entry.second + "; ";
-        }
-    }
-    return stale;
+    m_comparison.compare(planFile, "baselines", "project", present, wanted);
 }
