@@ -148,6 +148,9 @@ constexpr MPPFieldRow kRows[] = {
     {MPPField::resourceNotes, "resourceNotes", kAllLayouts, var, kResourceNotesKey, text},
     {MPPField::resourceAvailability, "resourceAvailability", kAllLayouts, var, kResourceAvailabilityKey,
      bytes},
+    // The mark of a cost resource, in the Fixed2 meta item of formats 12 and 14.
+    {MPPField::resourceCostResource, "resourceCostResource", kAllLayouts, fixed2Meta,
+     kResourceIsCostResourceKey, flag, bits(0x10)},
 
     {MPPField::calendarBaseUID, "calendarBaseUID", kAllLayouts, fixed, kCalendarBaseUIDKey, int32},
     {MPPField::calendarResourceUID, "calendarResourceUID", kAllLayouts, fixed, kCalendarResourceUIDKey,

@@ -189,6 +189,7 @@ enum class MPPField : uint16_t {
     taskFlag18,
     taskFlag19,
     taskFlag20,
+    resourceCostResource,
 };
 
 inline constexpr int32_t kMPPTaskFlagCount = 20;

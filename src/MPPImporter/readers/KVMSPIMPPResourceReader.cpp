@@ -178,13 +178,14 @@ bool KVMSPIMPPResourceReader::resourceType(int32_t uid, int16_t& value, TVError*
     return m_reads.read(MPPField::resourceType, uid, value, error);
 }
 
+// Answers the mark's bit, 16, for a cost resource.
 bool KVMSPIMPPResourceReader::resourceIsCostResource(int32_t uid, uint8_t& value, TVError* error) {
     constexpr uint8_t kCostResourceBit = 16;
-    uint8_t flags = 0;
-    if (!m_reads.fixed2MetaUByte(kResourceIsCostResourceKey, uid, flags, error)) {
+    bool marked = false;
+    if (!m_reads.read(MPPField::resourceCostResource, uid, marked, error)) {
         return false;
     }
-    value = flags & kCostResourceBit;
+    value = marked ? kCostResourceBit : 0;
     return true;
 }
 
