@@ -79,6 +79,12 @@ int32_t KVMSPIMPPPropertyList::resourceVarDataNumberingShiftForAppVersion(int32_
                : 0;
 }
 
+std::optional<MPPFieldPlace> KVMSPIMPPPropertyList::fieldPlace(MPPField field, int32_t appVersion) const {
+    return mppFieldPlace(field, mppVersion(), appVersion, [this](bool propertyNumber, int32_t key) {
+        return propertyNumber ? propertyID(key) : propertyOffset(key);
+    });
+}
+
 std::optional<uint32_t> KVMSPIMPPPropertyList::propertyID(int32_t groupKey, int32_t index) const {
     tvAssert(index >= 1, stringWithFormat("Incorect group property index nummber %d. Must be >= 1.", index));
     return propertyID(groupKey + index);

@@ -2,6 +2,7 @@
 
 #include "MPPImporter/format/MPPCustomFieldTables.h"
 #include "MPPImporter/format/MPPDataStreamParams.h"
+#include "MPPImporter/format/MPPFieldCatalog.h"
 #include "MPPImporter/format/MPPPropertyKeyTables.h"
 #include "MPPImporter/format/MPPVersionTables.h"
 
@@ -62,6 +63,10 @@ public:
     std::array<uint8_t, 20> taskFlagMask() const { return m_tables.taskFlagMask; }
     // True if the Fixed2 meta item size of a file is to be measured from its stream.
     bool fixed2MetaItemSizeFromStream() const { return m_tables.fixed2MetaItemSizeFromStream; }
+
+    // Where a catalogue field lies in a file of this list saved by `appVersion`, by the keys of this
+    // list, which may mix those of the key tables; none where it holds no such field.
+    std::optional<MPPFieldPlace> fieldPlace(MPPField field, int32_t appVersion) const;
 
     // The property number of a key, none if this version has no such key.
     std::optional<uint32_t> propertyID(int32_t key) const { return propertyInfo(key, m_propertyIDs); }

@@ -4,6 +4,7 @@
 #include "MPPImporter/format/MPPAssignmentPropertyKeys.h"
 #include "MPPImporter/format/MPPCalendarPropertyKeys.h"
 #include "MPPImporter/format/MPPLinkPropertyKeys.h"
+#include "MPPImporter/format/MPPProjectPropertyKeys.h"
 #include "MPPImporter/format/MPPPropertyKeyTables.h"
 #include "MPPImporter/format/MPPResourcePropertyKeys.h"
 #include "MPPImporter/format/MPPTaskPropertyKeys.h"
@@ -147,6 +148,9 @@ constexpr MPPFieldRow kRows[] = {
     {MPPField::resourceNotes, "resourceNotes", kAllLayouts, var, kResourceNotesKey, text},
     {MPPField::resourceAvailability, "resourceAvailability", kAllLayouts, var, kResourceAvailabilityKey,
      bytes},
+    // The mark of a cost resource, in the Fixed2 meta item of formats 12 and 14.
+    {MPPField::resourceCostResource, "resourceCostResource", kAllLayouts, fixed2Meta,
+     kResourceIsCostResourceKey, flag, bits(0x10)},
 
     {MPPField::calendarBaseUID, "calendarBaseUID", kAllLayouts, fixed, kCalendarBaseUIDKey, int32},
     {MPPField::calendarResourceUID, "calendarResourceUID", kAllLayouts, fixed, kCalendarResourceUIDKey,
@@ -175,6 +179,62 @@ constexpr MPPFieldRow kRows[] = {
     {MPPField::assignmentCost, "assignmentCost", kAllLayouts, fixed, kAssignmentCostKey, hundredths},
     {MPPField::assignmentTimephasedWork, "assignmentTimephasedWork", kAllLayouts, var,
      kAssignmentTimephasedWorkKey, bytes},
+
+    // The project's properties, in its Props stream; the schedule direction is a word that is not 0
+    // for scheduling from the start.
+    {MPPField::projectCurrencyCode, "projectCurrencyCode", kAllLayouts, props, kProjectCurrencyCodeKey, text},
+    {MPPField::projectCurrencyDigits, "projectCurrencyDigits", kAllLayouts, props, kProjectCurrencyDigitsKey,
+     int16},
+    {MPPField::projectCurrencySymbolPosition, "projectCurrencySymbolPosition", kAllLayouts, props,
+     kProjectCurrencySymbolPositionKey, int16},
+    {MPPField::projectCurrencySymbol, "projectCurrencySymbol", kAllLayouts, props, kProjectCurrencySymbolKey,
+     text},
+    {MPPField::projectDaysPerMonth, "projectDaysPerMonth", kAllLayouts, props, kProjectDaysPerMonthKey,
+     int16},
+    {MPPField::projectDefaultCalendarName, "projectDefaultCalendarName", kAllLayouts, props,
+     kProjectDefaultCalendarNameKey, text},
+    {MPPField::projectDurationUnits, "projectDurationUnits", kAllLayouts, props, kProjectDurationUnitsKey,
+     int16},
+    {MPPField::projectMinutesPerDay, "projectMinutesPerDay", kAllLayouts, props, kProjectMinutesPerDayKey,
+     int32},
+    {MPPField::projectMinutesPerWeek, "projectMinutesPerWeek", kAllLayouts, props, kProjectMinutesPerWeekKey,
+     int32},
+    {MPPField::projectFinishDate, "projectFinishDate", kAllLayouts, props, kProjectFinishDateKey, timestamp},
+    {MPPField::projectStartDate, "projectStartDate", kAllLayouts, props, kProjectStartDateKey, timestamp},
+    {MPPField::projectScheduleFromStart,
+     "projectScheduleFromStart",
+     kAllLayouts,
+     props,
+     kProjectScheduleFromStartKey,
+     flag,
+     {.mask = 0xFFFF, .wide = true}},
+    {MPPField::projectWeekStartDay, "projectWeekStartDay", kAllLayouts, props, kProjectWeekStartDayKey,
+     int16},
+    {MPPField::projectWorkUnits, "projectWorkUnits", kAllLayouts, props, kProjectWorkUnitsKey, int16},
+
+    // Task flags, bits of the fixed meta item: their numbers per layout lie in the key tables, as flags
+    // 1 to 20 follow one another from a layout's first flag bit (applications 15 and 16 start flags 11 to
+    // 20 anew).
+    {MPPField::taskFlag1, "taskFlag1", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 1, bit},
+    {MPPField::taskFlag2, "taskFlag2", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 2, bit},
+    {MPPField::taskFlag3, "taskFlag3", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 3, bit},
+    {MPPField::taskFlag4, "taskFlag4", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 4, bit},
+    {MPPField::taskFlag5, "taskFlag5", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 5, bit},
+    {MPPField::taskFlag6, "taskFlag6", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 6, bit},
+    {MPPField::taskFlag7, "taskFlag7", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 7, bit},
+    {MPPField::taskFlag8, "taskFlag8", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 8, bit},
+    {MPPField::taskFlag9, "taskFlag9", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 9, bit},
+    {MPPField::taskFlag10, "taskFlag10", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 10, bit},
+    {MPPField::taskFlag11, "taskFlag11", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 11, bit},
+    {MPPField::taskFlag12, "taskFlag12", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 12, bit},
+    {MPPField::taskFlag13, "taskFlag13", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 13, bit},
+    {MPPField::taskFlag14, "taskFlag14", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 14, bit},
+    {MPPField::taskFlag15, "taskFlag15", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 15, bit},
+    {MPPField::taskFlag16, "taskFlag16", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 16, bit},
+    {MPPField::taskFlag17, "taskFlag17", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 17, bit},
+    {MPPField::taskFlag18, "taskFlag18", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 18, bit},
+    {MPPField::taskFlag19, "taskFlag19", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 19, bit},
+    {MPPField::taskFlag20, "taskFlag20", kAllLayouts, fixedMeta, kTaskFlagBitBaseKey + 20, bit},
 };
 
 int64_t flagValue(const MPPFieldTest& test, MPPConstBytes data) {
@@ -209,8 +269,13 @@ std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int3
         if (row.field != field || !row.holds(version, appVersion)) {
             continue;
         }
-        if (const auto position = keyPosition(row.block == var, row.key)) {
-            return MPPFieldPlace{&row, static_cast<uint32_t>(int64_t{*position} + row.shift)};
+        if (const auto position = keyPosition(row.block == var || row.block == props, row.key)) {
+            if (row.codec == bit) {
+                return MPPFieldPlace{&row,
+                                     static_cast<uint32_t>(*position / 8 + row.shift),
+                                     {.mask = static_cast<uint16_t>(1u << (*position % 8))}};
+            }
+            return MPPFieldPlace{&row, static_cast<uint32_t>(int64_t{*position} + row.shift), row.test};
         }
     }
     return std::nullopt;
@@ -247,6 +312,8 @@ size_t mppFieldSize(const MPPFieldRow& row) {
         return kMPPHundredthsSize;
     case flag:
         return row.test.wide ? 2 : 1;
+    case bit:
+        return 1;
     case text:
     case bytes:
         break;
@@ -255,6 +322,12 @@ size_t mppFieldSize(const MPPFieldRow& row) {
 }
 
 MPPFieldValue decodeMPPField(const MPPFieldRow& row, MPPConstBytes data) {
+    tvAssert(row.codec != bit, std::string("The bit of field ") + row.name + " is known by its place.");
+    return decodeMPPField(MPPFieldPlace{&row, 0, row.test}, data);
+}
+
+MPPFieldValue decodeMPPField(const MPPFieldPlace& place, MPPConstBytes data) {
+    const MPPFieldRow& row = *place.row;
     switch (row.codec) {
     case ubyte:
         return int64_t{decodeMPPNumber<uint8_t>(data)};
@@ -273,7 +346,8 @@ MPPFieldValue decodeMPPField(const MPPFieldRow& row, MPPConstBytes data) {
     case hundredths:
         return decodeMPPHundredths(data);
     case flag:
-        return flagAnswer(row.test, flagValue(row.test, data));
+    case bit:
+        return flagAnswer(place.test, flagValue(place.test, data));
     case text:
         return decodeMPPText(data);
     case bytes:
@@ -283,6 +357,12 @@ MPPFieldValue decodeMPPField(const MPPFieldRow& row, MPPConstBytes data) {
 }
 
 void encodeMPPField(const MPPFieldRow& row, const MPPFieldValue& value, MPPMutableBytes data) {
+    tvAssert(row.codec != bit, std::string("The bit of field ") + row.name + " is known by its place.");
+    encodeMPPField(MPPFieldPlace{&row, 0, row.test}, value, data);
+}
+
+void encodeMPPField(const MPPFieldPlace& place, const MPPFieldValue& value, MPPMutableBytes data) {
+    const MPPFieldRow& row = *place.row;
     switch (row.codec) {
     case ubyte:
         return encodeMPPNumber(static_cast<uint8_t>(held<int64_t>(value, row)), data);
@@ -300,10 +380,11 @@ void encodeMPPField(const MPPFieldRow& row, const MPPFieldValue& value, MPPMutab
         return encodeMPPWork(held<int64_t>(value, row), data);
     case hundredths:
         return encodeMPPHundredths(held<double>(value, row), data);
-    case flag: {
-        const int64_t stored = storedFlag(row.test, held<bool>(value, row), flagValue(row.test, data));
-        return row.test.wide ? encodeMPPNumber(static_cast<int16_t>(stored), data)
-                             : encodeMPPNumber(static_cast<uint8_t>(stored), data);
+    case flag:
+    case bit: {
+        const int64_t stored = storedFlag(place.test, held<bool>(value, row), flagValue(place.test, data));
+        return place.test.wide ? encodeMPPNumber(static_cast<int16_t>(stored), data)
+                               : encodeMPPNumber(static_cast<uint8_t>(stored), data);
     }
     case text:
         return encodeMPPText(held<std::u16string>(value, row), data);

@@ -25,6 +25,7 @@ enum class MPPFieldBlock : uint8_t {
     fixed2,     // the second fixed data item ("Fixed2Data")
     fixed2Meta, // the second fixed meta item ("Fixed2Meta")
     var,        // the variable data block under the key's property number, from its start
+    props,      // the project's Props stream, under the key's property number
 };
 
 // How a field's bytes become its value.
@@ -38,8 +39,9 @@ enum class MPPFieldCodec : uint8_t {
     work,       // thousandths of a minute, as microseconds (decodeMPPWork)
     hundredths, // money and units (decodeMPPHundredths)
     flag,       // a yes-or-no answer of a byte or word (MPPFieldTest)
-    text,       // UTF-16 text (decodeMPPText); variable data only
+    text,       // UTF-16 text (decodeMPPText); variable data and Props only
     bytes,      // the whole block; variable data only
+    bit,        // a yes-or-no answer of one bit, whose number from the block's start the key gives
 };
 
 // The test of a flag: set when (value & mask) != 0, where the value is a byte, or a 16-bit word when
@@ -152,7 +154,50 @@ enum class MPPField : uint16_t {
     assignmentRemainingWork,
     assignmentCost,
     assignmentTimephasedWork,
+    projectCurrencyCode,
+    projectCurrencyDigits,
+    projectCurrencySymbolPosition,
+    projectCurrencySymbol,
+    projectDaysPerMonth,
+    projectDefaultCalendarName,
+    projectDurationUnits,
+    projectMinutesPerDay,
+    projectMinutesPerWeek,
+    projectFinishDate,
+    projectStartDate,
+    projectScheduleFromStart,
+    projectWeekStartDay,
+    projectWorkUnits,
+    // Task flags 1 to 20 (mppTaskFlagField).
+    taskFlag1,
+    taskFlag2,
+    taskFlag3,
+    taskFlag4,
+    taskFlag5,
+    taskFlag6,
+    taskFlag7,
+    taskFlag8,
+    taskFlag9,
+    taskFlag10,
+    taskFlag11,
+    taskFlag12,
+    taskFlag13,
+    taskFlag14,
+    taskFlag15,
+    taskFlag16,
+    taskFlag17,
+    taskFlag18,
+    taskFlag19,
+    taskFlag20,
+    resourceCostResource,
 };
+
+inline constexpr int32_t kMPPTaskFlagCount = 20;
+
+// The field of task flag `number` (1 to 20).
+constexpr MPPField mppTaskFlagField(int32_t number) {
+    return static_cast<MPPField>(static_cast<int32_t>(MPPField::taskFlag1) + number - 1);
+}
 
 struct MPPFieldRow {
     MPPField field;
@@ -176,16 +221,18 @@ struct MPPFieldRow {
 };
 
 // Where a field lies in one layout: its row, and the offset (fixed blocks) or the property number
-// (variable data) of its key there.
+// (variable data and Props) of its key there; for a row of one bit, the offset of the bit's byte.
 struct MPPFieldPlace {
     const MPPFieldRow* row = nullptr;
     uint32_t position = 0;
+    // The test of a flag or a bit at this place: the row's test, or the bit's mask in its byte.
+    MPPFieldTest test = {};
 };
 
 std::span<const MPPFieldRow> mppFieldCatalog();
 
-// Where a key lies in a layout: its property number (variable data) or its offset; none where the
-// layout has no such key.
+// Where a key lies in a layout: its property number (variable data and Props) or its offset; none
+// where the layout has no such key.
 using MPPKeyPosition = std::function<std::optional<uint32_t>(bool propertyNumber, int32_t key)>;
 
 // The place of `field` in layout `version` of a file saved by application `appVersion`: that of the
@@ -206,7 +253,10 @@ using MPPFieldValue =
     std::variant<bool, int64_t, double, std::optional<TVDate>, std::u16string, std::vector<uint8_t>>;
 
 // Decodes the value of a row from the bytes at its place; `bytes` holds at least mppFieldSize(row).
+// A row of one bit is decoded by its place, which knows the bit.
 MPPFieldValue decodeMPPField(const MPPFieldRow& row, MPPConstBytes bytes);
+MPPFieldValue decodeMPPField(const MPPFieldPlace& place, MPPConstBytes bytes);
 // Encodes a value of the row's kind at its place; a flag sets or clears only its bits and leaves the
 // rest of its byte as it is. Text and whole blocks need a span of their encoded size.
 void encodeMPPField(const MPPFieldRow& row, const MPPFieldValue& value, MPPMutableBytes bytes);
+void encodeMPPField(const MPPFieldPlace& place, const MPPFieldValue& value, MPPMutableBytes bytes);

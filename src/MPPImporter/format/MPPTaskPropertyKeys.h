@@ -68,4 +68,6 @@ enum MPPTaskPropertyKey : int32_t {
     kTaskWorkKey = 253,
     // The block of extended fields in which format 9 keeps baselines 1 to 10.
     kTaskExtendedFieldsKey = 256,
+    // Flag n (1 to 20) is the bit numbered by this key plus n, counted from the meta item's start.
+    kTaskFlagBitBaseKey = 300,
 };

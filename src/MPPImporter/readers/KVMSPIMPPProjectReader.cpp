@@ -14,30 +14,13 @@
 #include "MPPImporter/readers/KVMSPIMPPOutlCodeReader.h"
 #include "MPPImporter/readers/KVMSPIMPPResourceReader.h"
 #include "MPPImporter/readers/KVMSPIMPPTaskReader.h"
+#include "MPPImporter/readers/MPPPropsFieldReads.h"
 
 #include <utility>
 
 namespace {
 
 constexpr const char* kProjectPropsStreamName = "Props";
-
-// Property keys of the project's properties.
-enum ProjectPropertyKey : int32_t {
-    kCurrencyCodeKey = 35,
-    kCurrencyDigitsKey = 36,
-    kCurrencySymbolPositionKey = 37,
-    kCurrencySymbolKey = 38,
-    kDaysPerMonthKey = 39,
-    kDefaultCalendarNameKey = 41,
-    kDurationUnitsKey = 42,
-    kMinutesPerDayKey = 43,
-    kMinutesPerWeekKey = 44,
-    kFinishDateKey = 45,
-    kStartDateKey = 46,
-    kScheduleFromStartKey = 47,
-    kWeekStartDayKey = 48,
-    kWorkUnitsKey = 49,
-};
 
 // The high byte of a custom field's first word that marks a reference to an
 // outline code, whose UID follows at offset 2.
@@ -128,110 +111,65 @@ void KVMSPIMPPProjectReader::takePropsError(TVError* error) const {
     }
 }
 
-template <typename Read>
-bool KVMSPIMPPProjectReader::readProperty(int32_t key, TVError* error, Read read) {
-    const std::optional<uint32_t> property = MPPPropertyList().propertyID(key);
-    if (property && m_propsReader && read(static_cast<int32_t>(*property))) {
-        return true;
-    }
-    takePropsError(error);
-    return false;
+template <typename Value>
+bool KVMSPIMPPProjectReader::readField(MPPField field, Value& value, TVError* error) {
+    return MPPPropsFieldReads(m_propsReader.get(), MPPPropertyList(), appVersion()).read(field, value, error);
 }
 
 bool KVMSPIMPPProjectReader::propCurrencyCode(std::string& value, TVError* error) {
-    return readProperty(kCurrencyCodeKey, error, [&](int32_t property) {
-        return m_propsReader->readPropertyUnicode(value, property, false);
-    });
+    return readField(MPPField::projectCurrencyCode, value, error);
 }
 
 bool KVMSPIMPPProjectReader::propCurrencyDigits(int16_t& value, TVError* error) {
-    return readProperty(kCurrencyDigitsKey, error, [&](int32_t property) {
-        return m_propsReader->readPropertyShort(value, property, false);
-    });
+    return readField(MPPField::projectCurrencyDigits, value, error);
 }
 
 bool KVMSPIMPPProjectReader::propCurrencySymbolPosition(int16_t& value, TVError* error) {
-    return readProperty(kCurrencySymbolPositionKey, error, [&](int32_t property) {
-        return m_propsReader->readPropertyShort(value, property, false);
-    });
+    return readField(MPPField::projectCurrencySymbolPosition, value, error);
 }
 
 bool KVMSPIMPPProjectReader::propCurrencySymbol(std::string& value, TVError* error) {
-    return readProperty(kCurrencySymbolKey, error, [&](int32_t property) {
-        return m_propsReader->readPropertyUnicode(value, property, false);
-    });
+    return readField(MPPField::projectCurrencySymbol, value, error);
 }
 
 bool KVMSPIMPPProjectReader::propDaysPerMonth(int16_t& value, TVError* error) {
-    return readProperty(kDaysPerMonthKey, error, [&](int32_t property) {
-        return m_propsReader->readPropertyShort(value, property, false);
-    });
+    return readField(MPPField::projectDaysPerMonth, value, error);
 }
 
 bool KVMSPIMPPProjectReader::propDefaultCalendarName(std::string& value, TVError* error) {
-    return readProperty(kDefaultCalendarNameKey, error, [&](int32_t property) {
-        return m_propsReader->readPropertyUnicode(value, property, false);
-    });
+    return readField(MPPField::projectDefaultCalendarName, value, error);
 }
 
 bool KVMSPIMPPProjectReader::propDurationUnits(int16_t& value, TVError* error) {
-    return readProperty(kDurationUnitsKey, error, [&](int32_t property) {
-        return m_propsReader->readPropertyShort(value, property, false);
-    });
+    return readField(MPPField::projectDurationUnits, value, error);
 }
 
 bool KVMSPIMPPProjectReader::propMinutesPerDay(int32_t& value, TVError* error) {
-    return readProperty(kMinutesPerDayKey, error, [&](int32_t property) {
-        return m_propsReader->readPropertyInt(value, property, false);
-    });
+    return readField(MPPField::projectMinutesPerDay, value, error);
 }
 
 bool KVMSPIMPPProjectReader::propMinutesPerWeek(int32_t& value, TVError* error) {
-    return readProperty(kMinutesPerWeekKey, error, [&](int32_t property) {
-        return m_propsReader->readPropertyInt(value, property, false);
-    });
+    return readField(MPPField::projectMinutesPerWeek, value, error);
 }
 
-// A null date counts as absent.
 bool KVMSPIMPPProjectReader::propFinishDate(TVDate& value, TVError* error) {
-    return readProperty(kFinishDateKey, error, [&](int32_t property) {
-        std::optional<TVDate> date;
-        const bool read = m_propsReader->readPropertyTimestamp(date, property, false) && date;
-        value = date.value_or(value);
-        return read;
-    });
+    return readField(MPPField::projectFinishDate, value, error);
 }
 
 bool KVMSPIMPPProjectReader::propStartDate(TVDate& value, TVError* error) {
-    return readProperty(kStartDateKey, error, [&](int32_t property) {
-        std::optional<TVDate> date;
-        const bool read = m_propsReader->readPropertyTimestamp(date, property, false) && date;
-        value = date.value_or(value);
-        return read;
-    });
+    return readField(MPPField::projectStartDate, value, error);
 }
 
 bool KVMSPIMPPProjectReader::propScheduleFromStart(bool& value, TVError* error) {
-    return readProperty(kScheduleFromStartKey, error, [&](int32_t property) {
-        int16_t flag = 0;
-        if (!m_propsReader->readPropertyShort(flag, property, false)) {
-            return false;
-        }
-        value = flag != 0;
-        return true;
-    });
+    return readField(MPPField::projectScheduleFromStart, value, error);
 }
 
 bool KVMSPIMPPProjectReader::propWeekStartDay(int16_t& value, TVError* error) {
-    return readProperty(kWeekStartDayKey, error, [&](int32_t property) {
-        return m_propsReader->readPropertyShort(value, property, false);
-    });
+    return readField(MPPField::projectWeekStartDay, value, error);
 }
 
 bool KVMSPIMPPProjectReader::propWorkUnits(int16_t& value, TVError* error) {
-    return readProperty(kWorkUnitsKey, error, [&](int32_t property) {
-        return m_propsReader->readPropertyShort(value, property, false);
-    });
+    return readField(MPPField::projectWorkUnits, value, error);
 }
 
 template <typename Direct, typename Marked>

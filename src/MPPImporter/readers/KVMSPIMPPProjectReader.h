@@ -2,6 +2,7 @@
 
 #include "MPPImporter/file/KVMSPIMPPReader.h"
 #include "MPPImporter/file/KVMSPOLE2DirectoryReader.h"
+#include "MPPImporter/format/MPPFieldCatalog.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 
 #include <memory>
@@ -67,10 +68,9 @@ protected:
     std::unique_ptr<KVMSPIXQAdapter> newXQAdapter() override;
 
 private:
-    // Reads the property of `key` with `read(property number)`; false, with the Props reader's
-    // error, when the version has no such key, there is no Props stream or the read fails.
-    template <typename Read>
-    bool readProperty(int32_t key, TVError* error, Read read);
+    // Reads a project property by its catalogue row.
+    template <typename Value>
+    bool readField(MPPField field, Value& value, TVError* error);
     // The common frame of the custom field operations: `direct()` reads the value itself,
     // `marked(outline code UID)` reads it through the outline code store.
     template <typename Direct, typename Marked>

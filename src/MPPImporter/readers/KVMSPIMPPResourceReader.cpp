@@ -8,12 +8,14 @@
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/format/MPPResourceAvailabilityTable.h"
 #include "MPPImporter/format/MPPResourcePropertyKeys.h"
+#include "MPPImporter/readers/KVMSPIMPPAbsAssignmentReader.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 #include "MPPImporter/readers/KVMSPIMPPResourceCustomFieldReader.h"
 #include "MPPImporter/readers/KVMSPISingleExtendedAttribute.h"
 #include "MPPImporter/readers/KVMSPISingleResourceBaselineReader.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <unordered_map>
 
@@ -31,8 +33,9 @@ KVMSPIMPPResourceReader::KVMSPIMPPResourceReader(std::unique_ptr<SSLStorage> dir
     : KVMSPIMPPDataDirectoryReader(std::move(directory), std::move(name), parentReader), m_reads(*this),
       m_uniqueIDs(KVMSPIMPPDataDirectoryReader::uniqueIDs()) {
     sortUniqueIDsByResourceID();
-    if (const auto* project = dynamic_cast<const KVMSPIMPPAbsProjectReader*>(parentReader)) {
-        m_baselineNumber = project->baselineNumber();
+    m_project = dynamic_cast<const KVMSPIMPPAbsProjectReader*>(parentReader);
+    if (m_project != nullptr) {
+        m_baselineNumber = m_project->baselineNumber();
     }
     tvLog("      Reading Resources baselines...");
     readBaselines();
@@ -113,9 +116,20 @@ bool KVMSPIMPPResourceReader::resourceCost(int32_t uid, double& value, TVError* 
     return true;
 }
 
+// Applications 15 and 16 leave the stored work of some resources at zero although their assignments
+// hold work: the application sums the assignments up at open, as its interchange files show, and no
+// stream of the file keeps the total. A resource without stored work takes that sum.
 bool KVMSPIMPPResourceReader::resourceWork(int32_t uid, TVTimeSpan& value, TVError* error) {
     if (m_baselineNumber < 0) {
-        return m_reads.read(MPPField::resourceWork, uid, value, error);
+        if (!m_reads.read(MPPField::resourceWork, uid, value, error)) {
+            return false;
+        }
+        const double assigned = assignedWork(uid) * static_cast<double>(kMicrosecondsPerSecond);
+        // A sum beyond the range of a time span comes from a damaged file and is left out.
+        if (value == 0 && std::abs(assigned) < 9.0e18) {
+            value = static_cast<TVTimeSpan>(assigned);
+        }
+        return true;
     }
     const KVMSPISingleResourceBaselineReader* baseline = selectedBaseline(uid);
     if (baseline == nullptr || !baseline->hasWork()) {
@@ -123,6 +137,25 @@ bool KVMSPIMPPResourceReader::resourceWork(int32_t uid, TVTimeSpan& value, TVErr
     }
     value = workTimeSpan(baseline->resourceWork());
     return true;
+}
+
+double KVMSPIMPPResourceReader::assignedWork(int32_t uid) {
+    if (!m_assignedWork) {
+        m_assignedWork.emplace();
+        KVMSPIMPPAbsAssignmentReader* assignments =
+            m_project != nullptr ? m_project->assignmentReader() : nullptr;
+        for (const int32_t assignment :
+             assignments != nullptr ? assignments->uniqueIDs() : std::vector<int32_t>{}) {
+            int32_t resource = 0;
+            double work = 0;
+            if (assignments->assignmentResourceUID(assignment, resource) &&
+                assignments->assignmentWork(assignment, work) && std::isfinite(work)) {
+                (*m_assignedWork)[resource] += work;
+            }
+        }
+    }
+    const auto found = m_assignedWork->find(uid);
+    return found == m_assignedWork->end() ? 0 : found->second;
 }
 
 bool KVMSPIMPPResourceReader::resourceCostPerUse(int32_t uid, double& value, TVError* error) {
@@ -145,13 +178,14 @@ bool KVMSPIMPPResourceReader::resourceType(int32_t uid, int16_t& value, TVError*
     return m_reads.read(MPPField::resourceType, uid, value, error);
 }
 
+// Answers the mark's bit, 16, for a cost resource.
 bool KVMSPIMPPResourceReader::resourceIsCostResource(int32_t uid, uint8_t& value, TVError* error) {
     constexpr uint8_t kCostResourceBit = 16;
-    uint8_t flags = 0;
-    if (!m_reads.fixed2MetaUByte(kResourceIsCostResourceKey, uid, flags, error)) {
+    bool marked = false;
+    if (!m_reads.read(MPPField::resourceCostResource, uid, marked, error)) {
         return false;
     }
-    value = flags & kCostResourceBit;
+    value = marked ? kCostResourceBit : 0;
     return true;
 }
 

@@ -7,7 +7,10 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <optional>
+#include <unordered_map>
 
+class KVMSPIMPPAbsProjectReader;
 class KVMSPISingleResourceBaselineReader;
 
 // The resources of the "TBkndRsc" storage, answered field by field by UID. At open it sorts the UIDs
@@ -59,8 +62,12 @@ private:
     const KVMSPISingleResourceBaselineReader* selectedBaseline(int32_t uid) const;
     void sortUniqueIDsByResourceID();
     void readBaselines();
+    // The work of the resource's assignments in the actual plan, in seconds; read once.
+    double assignedWork(int32_t uid);
 
     MPPObjectFieldReads m_reads;
+    const KVMSPIMPPAbsProjectReader* m_project = nullptr;
+    std::optional<std::unordered_map<int32_t, double>> m_assignedWork;
     std::vector<int32_t> m_uniqueIDs;
     int32_t m_baselineNumber = -1;
     std::array<BaselineReaders, kBaselineCount> m_baselineReaders;

@@ -23,7 +23,6 @@ constexpr uint8_t kHammockMark = 231;
 constexpr uint8_t kSplitHammockMark = 243;
 constexpr uint8_t kPreHammockMark = 191;
 constexpr uint8_t kPostHammockMark = 255;
-constexpr int32_t kFlagCount = 20;
 
 // Work in thousandths of a minute as a time span, truncated.
 TVTimeSpan workTimeSpan(double thousandthsOfMinute) {
@@ -49,7 +48,6 @@ KVMSPIMPPTaskReader::KVMSPIMPPTaskReader(std::unique_ptr<SSLStorage> directory, 
     sortUniqueIDsByTaskID();
     auto* project = dynamic_cast<KVMSPIMPPAbsProjectReader*>(parentReader);
     m_baselineNumber = project != nullptr ? project->baselineNumber() : -1;
-    m_flagMask = MPPPropertyList().taskFlagMask();
     readBaselines();
     tvLog("    Building parent task map......");
     buildParentTaskMap();
@@ -428,15 +426,10 @@ bool KVMSPIMPPTaskReader::taskExpanded(int32_t uid, bool& value, TVError* error)
 }
 
 bool KVMSPIMPPTaskReader::taskFlag(int32_t flagNumber, int32_t uid, bool& value, TVError* error) {
-    if (flagNumber < 1 || flagNumber > kFlagCount) {
+    if (flagNumber < 1 || flagNumber > kMPPTaskFlagCount) {
         return false;
     }
-    uint8_t byte = 0;
-    if (!m_reads.fixedMetaUByte(kTaskFlagBaseKey + flagNumber, uid, byte, error)) {
-        return false;
-    }
-    value = (byte & m_flagMask[static_cast<size_t>(flagNumber - 1)]) != 0;
-    return true;
+    return m_reads.read(mppTaskFlagField(flagNumber), uid, value, error);
 }
 
 bool KVMSPIMPPTaskReader::taskOleLinkMeta(int32_t uid, uint8_t& value, TVError* error) {

@@ -119,6 +119,5 @@ private:
     std::vector<int32_t> m_uniqueIDs;
     int32_t m_baselineNumber = -1;
     std::array<BaselineReaders, kBaselineCount> m_baselineReaders;
-    std::array<uint8_t, 20> m_flagMask{};
     std::unordered_map<int32_t, int32_t> m_parentTaskMap;
 };

@@ -74,11 +74,7 @@ bool assign(const MPPFieldValue& decoded, Value& value, const MPPFieldRow& row) 
 // The store's property list knows where the keys of its layout lie, also for layouts that mix those of
 // the key tables.
 std::optional<MPPFieldPlace> MPPObjectFieldReads::place(MPPField field) const {
-    const KVMSPIMPPPropertyList& list = m_store.MPPPropertyList();
-    return mppFieldPlace(field, list.mppVersion(), m_store.appVersion(),
-                         [&list](bool propertyNumber, int32_t key) {
-                             return propertyNumber ? list.propertyID(key) : list.propertyOffset(key);
-                         });
+    return m_store.MPPPropertyList().fieldPlace(field, m_store.appVersion());
 }
 
 template <typename Value>
@@ -100,7 +96,7 @@ bool MPPObjectFieldReads::read(MPPField field, int32_t uid, Value& value, TVErro
         if (!readBytes(row.block, uid, position, bytes)) {
             return failed(readerOf(row.block), error);
         }
-        return assign(decodeMPPField(row, bytes), value, row);
+        return assign(decodeMPPField(*place, bytes), value, row);
     }
 }
 
@@ -124,6 +120,8 @@ const KVMPPDataReader* MPPObjectFieldReads::readerOf(MPPFieldBlock block) const 
         return m_store.fixed2DataReader();
     case MPPFieldBlock::var:
         break;
+    case MPPFieldBlock::props: // the project's, no object store's
+        return nullptr;
     }
     return m_store.varDataReader();
 }
@@ -143,6 +141,8 @@ bool MPPObjectFieldReads::readBytes(MPPFieldBlock block, int32_t uid, int32_t po
         return fixed != nullptr && fixed->readMetaByteArray(bytes.data(), size, uid, position);
     case MPPFieldBlock::var:
         break;
+    case MPPFieldBlock::props:
+        return false;
     }
     KVMPPVarDataReader* var = m_store.varDataReader();
     return var != nullptr && var->readDataByteArray(bytes.data(), size, uid, position, 0);

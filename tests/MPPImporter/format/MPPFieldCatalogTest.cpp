@@ -10,7 +10,7 @@ namespace {
 
 // Per layout and saving application: the value encoded at the field's place of a block (a fixed
 // item, a meta item or a variable data block) by the row that the place names reads back from that
-// place; a flag leaves the other bits of its byte alone. Every row is the place of its field in some
+// place; a flag or a bit leaves the other bits of its byte alone. Every row is the place of its field in some
 // layout, so no row is shadowed by another or lies nowhere.
 TEST(MPPFieldCatalog, EveryRowReadsBackWhatItsEncoderWrote) {
     std::set<const MPPFieldRow*> placed;
@@ -26,10 +26,11 @@ TEST(MPPFieldCatalog, EveryRowReadsBackWhatItsEncoderWrote) {
                     const size_t size = mppEncodedSize(row, value);
                     std::vector<uint8_t> block(place->position + size + 4, 0x5A);
                     const auto at = std::span(block).subspan(place->position, size);
-                    encodeMPPField(row, value, at);
-                    EXPECT_EQ(decodeMPPField(row, at), value) << row.name << " in " << version;
-                    if (row.test.mask != 0) {
-                        EXPECT_EQ(block[place->position] & ~row.test.mask, 0x5A & ~row.test.mask) << row.name;
+                    encodeMPPField(*place, value, at);
+                    EXPECT_EQ(decodeMPPField(*place, at), value) << row.name << " in " << version;
+                    if (place->test.mask != 0) {
+                        EXPECT_EQ(block[place->position] & ~place->test.mask, 0x5A & ~place->test.mask)
+                            << row.name;
                     }
                 }
             }

@@ -26,6 +26,7 @@ inline std::vector<MPPFieldValue> mppFieldSamples(const MPPFieldRow& row, int32_
     case MPPFieldCodec::work:
         return {int64_t{8 * 3600 * kMicrosecondsPerSecond}};
     case MPPFieldCodec::flag:
+    case MPPFieldCodec::bit:
         return {true, false};
     case MPPFieldCodec::text:
         return {std::u16string(u"Name \u20AC")};

@@ -244,26 +244,16 @@ TEST_F(KVMSPIMPPTaskReaderTest, SingleTaskReaderNeedsAValidTaskAndTheLinkStore) 
 
 class KVMSPIMPPProjectReaderTest : public QuietLog {};
 
-TEST_F(KVMSPIMPPProjectReaderTest, PropertiesAreReadByTheirVersionNumbers) {
-    const TaskPlanFixture plan({FixtureTask{}}, TaskPlanFixture::propsStream({
-                                                    {0x2400004, le16(0)},
-                                                    {0x240001D, le32(450)},
-                                                    {0x24013BB, {'E', 0, 'U', 0, 'R', 0, 0, 0}},
-                                                    {0x2400002, mppTimestamp(11000, 0)},
-                                                }));
+// The properties are read by their catalogue rows (whose round trip FieldCatalogRoundTripTest checks);
+// one that the stream lacks answers false, and stores that the plan lacks have no reader.
+TEST_F(KVMSPIMPPProjectReaderTest, PropertiesAreReadByTheirRows) {
+    const auto place = KVMSPIMPP14PropertyList::shared().fieldPlace(MPPField::projectMinutesPerDay, 14);
+    ASSERT_TRUE(place);
+    const TaskPlanFixture plan({FixtureTask{}}, TaskPlanFixture::propsStream({{place->position, le32(450)}}));
     KVMSPIMPPProjectReader& project = plan.project();
-    bool fromStart = true;
-    ASSERT_TRUE(project.propScheduleFromStart(fromStart));
-    EXPECT_FALSE(fromStart);
     int32_t minutes = 0;
     ASSERT_TRUE(project.propMinutesPerDay(minutes));
     EXPECT_EQ(minutes, 450);
-    std::string code;
-    ASSERT_TRUE(project.propCurrencyCode(code));
-    EXPECT_EQ(code, "EUR");
-    TVDate start;
-    ASSERT_TRUE(project.propStartDate(start));
-    EXPECT_EQ(start, mppDate(11000, 0));
     int16_t digits = 0;
     EXPECT_FALSE(project.propCurrencyDigits(digits));
     EXPECT_EQ(project.calendarReader(), nullptr);
