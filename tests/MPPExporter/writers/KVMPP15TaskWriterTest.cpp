@@ -90,6 +90,7 @@ struct SamplePlan {
         review->notes = "";
         auto build = addTask(project, 3, "Build", design.get(), 2, 2);
         build->baselines = {baseline(0, 2), baseline(3, 1)};
+        build->manual = true;
         addTask(project, 5, std::string(300, 'x'), root.get(), 6, 4);
         link(build, design, 1, false, 8 * kHour);
         link(review, build, 3, true, 50);
@@ -182,9 +183,9 @@ TEST(KVMPP15TaskWriter, TheReaderReadsBackTheOutlineFieldsAndLinksOfEveryTask) {
             bool milestone = true;
             EXPECT_TRUE(reader.taskMilestone(uid, milestone));
             EXPECT_EQ(milestone, task.milestone) << uid;
-            bool manual = true;
+            bool manual = uid != 3;
             EXPECT_TRUE(reader.taskManual(uid, manual));
-            EXPECT_FALSE(manual);
+            EXPECT_EQ(manual, uid == 3) << "only Build is scheduled by hand: " << uid;
         }
 
         const int32_t design = 2;
