@@ -65,6 +65,8 @@ public:
     bool baselineSetted = false;
     // Built from a split task of the bundle.
     bool hasSplits = false;
+    // Scheduled by hand: pinned at its start and its end.
+    bool manual = false;
     // 0 as soon as possible, 1 as late as possible, 2 must start on, 3 must finish on, 4 start no
     // earlier than, 5 start no later than, 6 finish no earlier than, 7 finish no later than.
     int32_t constraintType = 0;

@@ -65,6 +65,7 @@ json task(const KVMPPTask& task) {
             {"milestone", task.milestone},
             {"estimated", task.estimated},
             {"hasSplits", task.hasSplits},
+            {"manual", task.manual},
             {"constraintType", task.constraintType},
             {"constraintDate", date(task.constraintDate)},
             {"start", date(task.startDate)},

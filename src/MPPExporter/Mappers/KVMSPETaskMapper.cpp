@@ -188,6 +188,12 @@ void KVMSPETaskMapper::mapConstraint(KVMPPTask& task, const KVMSPEScheduledTaskI
     };
     if (lockedStart && lockedEnd) {
         forward ? set(kConstraintMustStartOn, lockedStart) : set(kConstraintMustFinishOn, lockedEnd);
+        // One constraint holds one end only; the other lock would be lost. A task scheduled by hand
+        // keeps both: it spans from its locked start to its locked end where the bundle states no
+        // dates of its own.
+        task.manual = true;
+        task.startDate = task.startDate ? task.startDate : lockedStart;
+        task.endDate = task.endDate ? task.endDate : lockedEnd;
     } else if (lockedStart) {
         set(kConstraintMustStartOn, lockedStart);
     } else if (lockedEnd) {

@@ -690,8 +690,7 @@ void KVMPP15TaskWriter::writeTaskFixed2Meta(const KVMPPTask& task, bool isProjec
         entry[kBaselineSavedOffset] |= 0xF0;
     }
     entry[kFixed2MetaEntrySize - 1] = isProject ? 8 : 0;
-    // No task of the export is scheduled by hand.
-    putField(entry, fixed2Meta, MPPField::taskManual, false);
+    putField(entry, fixed2Meta, MPPField::taskManual, task.manual);
     m_fixed2Meta->writeNextElementStartWithInt(0);
     m_fixed2Meta->writeData(entry.data() + kMetaEntryStart, kFixed2MetaEntrySize - kMetaEntryStart);
 }

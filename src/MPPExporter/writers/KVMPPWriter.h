@@ -49,6 +49,8 @@ protected:
     void cloneChildStreamFromTemplate(const std::string& name);
 
     const KVMPPProject& project() const { return *m_project; }
+    KVMPPFormatReader& templateEntry() { return *m_reader; }
+    KVMPPFormatWriter& outputEntry() { return *m_writer; }
     int32_t layoutVersion() const { return m_layoutVersion; }
 
     std::unique_ptr<KVMPPVar2Data> m_var2Data;

@@ -1,6 +1,7 @@
 #include "MPPExporter/writers/KVMPPWriterFactory.h"
 
 #include "MPPExporter/writers/KVMPP15ConsstraintWriter.h"
+#include "MPPExporter/writers/KVMPP15ProjectPropsWriter.h"
 #include "MPPExporter/writers/KVMPP15TaskWriter.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 
@@ -8,6 +9,13 @@ std::unique_ptr<KVMPPWriter>
 KVMPPWriterFactory::createMPPExporterWithReader(std::unique_ptr<KVMPPFormatReader> reader,
                                                 std::unique_ptr<KVMPPFormatWriter> writer,
                                                 int32_t layoutVersion) {
+    // The project's settings: "Props14" at the root and "Props" in the data directory.
+    if (!writer->isDirectory() &&
+        (writer->getName() == kProjectPropsFileName ||
+         (writer->getParentName() == k114DirectoryName && writer->getName() == kDataPropsStreamName))) {
+        return std::make_unique<KVMPP15ProjectPropsWriter>(std::move(writer), std::move(reader),
+                                                           layoutVersion);
+    }
     if (writer->getParentName() == k114DirectoryName && writer->isDirectory()) {
         if (writer->getName() == kTaskStorageName) {
             return std::make_unique<KVMPP15TaskWriter>(std::move(writer), std::move(reader), layoutVersion);

@@ -15,6 +15,8 @@ inline constexpr int32_t kMSPDIVersion_2016 = 16;
 inline constexpr const char* k114DirectoryName = "   114";
 inline constexpr const char* k214DirectoryName = "   214";
 inline constexpr const char* kProjectPropsFileName = "Props14";
+// The project property stream in the data directory.
+inline constexpr const char* kDataPropsStreamName = "Props";
 
 // Streams at the root, the same in every version; their names begin with a control character.
 inline constexpr const char* kCompObjFileName = "\001CompObj";

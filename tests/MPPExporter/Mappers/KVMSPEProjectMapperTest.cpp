@@ -134,6 +134,12 @@ TEST(KVMSPEProjectMapperTest, TaskTablesThroughTheModel) {
         EXPECT_EQ(mappedTask["parentID"], parentID) << title;
     }
     EXPECT_EQ(project["scheduleFromStart"], false);
+    // Locked at both ends, a task is scheduled by hand between its locks; one lock is a constraint.
+    const json lockedBoth = taskTitled(project, "Lockedboth");
+    EXPECT_EQ(lockedBoth["manual"], true);
+    EXPECT_EQ(lockedBoth["start"], monday);
+    EXPECT_EQ(lockedBoth["finish"], friday);
+    EXPECT_EQ(taskTitled(project, "Start lock")["manual"], false);
 
     // Progress: work from effort, the group's from its milestones over all its members.
     const json bothLimits = taskTitled(project, "Both limits");

@@ -90,6 +90,7 @@ struct SamplePlan {
         review->notes = "";
         auto build = addTask(project, 3, "Build", design.get(), 2, 2);
         build->baselines = {baseline(0, 2), baseline(3, 1)};
+        build->manual = true;
         addTask(project, 5, std::string(300, 'x'), root.get(), 6, 4);
         link(build, design, 1, false, 8 * kHour);
         link(review, build, 3, true, 50);
@@ -117,16 +118,19 @@ public:
     explicit WrittenPlan(const fs::path& file) : m_root(file.string()) {
         KVMSPIMPPVersionReader versionReader(file.string(), KVMSPIMPPProjectReader::projectReaderFactory());
         m_reader = versionReader.getMppReader(m_root, false, nullptr);
-        auto* project = m_reader ? dynamic_cast<KVMSPIMPPProjectReader*>(m_reader->projectReader()) : nullptr;
-        m_tasks = project ? dynamic_cast<KVMSPIMPPTaskReader*>(project->taskReader()) : nullptr;
-        m_links = project ? dynamic_cast<KVMSPIMPPConstraintReader*>(project->constraintReader()) : nullptr;
+        m_project = m_reader ? dynamic_cast<KVMSPIMPPProjectReader*>(m_reader->projectReader()) : nullptr;
+        m_tasks = m_project ? dynamic_cast<KVMSPIMPPTaskReader*>(m_project->taskReader()) : nullptr;
+        m_links =
+            m_project ? dynamic_cast<KVMSPIMPPConstraintReader*>(m_project->constraintReader()) : nullptr;
     }
+    KVMSPIMPPProjectReader* project() const { return m_project; }
     KVMSPIMPPTaskReader* tasks() const { return m_tasks; }
     KVMSPIMPPConstraintReader* links() const { return m_links; }
 
 private:
     SSLRoot m_root;
     std::unique_ptr<KVMSPIMPPReader> m_reader;
+    KVMSPIMPPProjectReader* m_project = nullptr;
     KVMSPIMPPTaskReader* m_tasks = nullptr;
     KVMSPIMPPConstraintReader* m_links = nullptr;
 };
@@ -179,9 +183,9 @@ TEST(KVMPP15TaskWriter, TheReaderReadsBackTheOutlineFieldsAndLinksOfEveryTask) {
             bool milestone = true;
             EXPECT_TRUE(reader.taskMilestone(uid, milestone));
             EXPECT_EQ(milestone, task.milestone) << uid;
-            bool manual = true;
+            bool manual = uid != 3;
             EXPECT_TRUE(reader.taskManual(uid, manual));
-            EXPECT_FALSE(manual);
+            EXPECT_EQ(manual, uid == 3) << "only Build is scheduled by hand: " << uid;
         }
 
         const int32_t design = 2;
@@ -234,6 +238,51 @@ TEST(KVMPP15TaskWriter, TheReaderReadsBackTheOutlineFieldsAndLinksOfEveryTask) {
         std::sort(links.begin(), links.end());
         EXPECT_EQ(links, (std::vector<std::string>{"3<-2 type 1 lag 4800 format 7",
                                                    "4<-3 type 3 lag 5000 format 19"}));
+    }
+}
+
+// The project's settings replace the template's in both property streams; the importer takes the
+// project's start from them, and a template's start left in place would put every task before it.
+TEST(KVMPP15TaskWriter, TheProjectPropertiesReadBackAsTheProjectsSettings) {
+    for (const char* zone : {"UTC", "America/New_York"}) {
+        SystemZoneScope scope(zone);
+        testsupport::TempDir dir;
+        SamplePlan plan;
+        KVMPPProject& project = plan.project;
+        project.endDate = plan.project.tasks.back()->endDate;
+        project.scheduleFromStart = false;
+        project.currencyCode = "EUR";
+        project.currencySymbol = "€";
+        project.currencyDigits = 3;
+        project.minutesPerDay = 420;
+        project.minutesPerWeek = 2100;
+        project.weekStartDay = 3;
+        project.durationFormat = 5;
+        const fs::path output = dir.path() / "plan.mpp";
+        ASSERT_TRUE(KVMPP15ProjectWriter::writeProject(project, output.string(),
+                                                       writertest::shippedTemplate().string()));
+        WrittenPlan written(output);
+        ASSERT_NE(written.project(), nullptr) << zone;
+        KVMSPIMPPProjectReader& reader = *written.project();
+        TVDate date;
+        ASSERT_TRUE(reader.propStartDate(date)) << zone;
+        EXPECT_EQ(date, KVMPPData::wallClock(*project.startDate)) << zone;
+        ASSERT_TRUE(reader.propFinishDate(date)) << zone;
+        EXPECT_EQ(date, KVMPPData::wallClock(*project.endDate)) << zone;
+        bool fromStart = true;
+        EXPECT_TRUE(reader.propScheduleFromStart(fromStart) && !fromStart) << zone;
+        std::string code;
+        std::string symbol;
+        std::string calendar;
+        EXPECT_TRUE(reader.propCurrencyCode(code) && reader.propCurrencySymbol(symbol) &&
+                    reader.propDefaultCalendarName(calendar));
+        EXPECT_EQ(code + " " + symbol + " " + calendar, "EUR € Standard");
+        int16_t shortValue = 0;
+        EXPECT_TRUE(reader.propCurrencyDigits(shortValue) && shortValue == 3) << shortValue;
+        EXPECT_TRUE(reader.propWeekStartDay(shortValue) && shortValue == 3) << shortValue;
+        int32_t minutes = 0;
+        EXPECT_TRUE(reader.propMinutesPerDay(minutes) && minutes == 420) << minutes;
+        EXPECT_TRUE(reader.propMinutesPerWeek(minutes) && minutes == 2100) << minutes;
     }
 }
 

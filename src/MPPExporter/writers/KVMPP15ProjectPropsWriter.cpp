@@ -1,0 +1,167 @@
+#include "MPPExporter/writers/KVMPP15ProjectPropsWriter.h"
+
+#include "MPPCommon/support/TVException.h"
+#include "MPPExporter/MPPObjects/KVMPPProject.h"
+#include "MPPExporter/writers/KVMPP15SequentialPropsReader.h"
+#include "MPPExporter/writers/KVMPPProps.h"
+
+namespace {
+
+// Property types of the project's settings.
+constexpr uint32_t kStartDate = 0x2400002;
+constexpr uint32_t kFinishDate = 0x2400003;
+constexpr uint32_t kScheduleFromStart = 0x2400004;
+constexpr uint32_t kTitle = 0x2400008;
+constexpr uint32_t kAuthor = 0x240000C;
+constexpr uint32_t kCalendarName = 0x240000E;
+constexpr uint32_t kCurrencySymbol = 0x2400010;
+constexpr uint32_t kCurrencySymbolPosition = 0x2400011;
+constexpr uint32_t kCurrencyDigits = 0x2400012;
+constexpr uint32_t kDurationFormat = 0x2400015;
+constexpr uint32_t kWorkFormat = 0x2400016;
+constexpr uint32_t kMinutesPerDay = 0x240001D;
+constexpr uint32_t kMinutesPerWeek = 0x240001E;
+constexpr uint32_t kWeekStartDay = 0x2400025;
+constexpr uint32_t kHonorConstraints = 0x240003A;
+constexpr uint32_t kDaysPerMonth = 0x240138F;
+constexpr uint32_t kBaseline0SaveDate = 0x2401395;
+constexpr uint32_t kFirstBaselineSaveDate = 0x2401396;
+constexpr uint32_t kLastBaselineSaveDate = 0x240139F;
+constexpr uint32_t kCurrencyCode = 0x24013BB;
+constexpr uint32_t kCalendarGuid = 0x24013C2;
+constexpr uint32_t kTitleAgain = 0x35400008;
+// A block of the application's settings that is kept but for one 2-byte value.
+constexpr uint32_t kSettingsBlock = 0x20017;
+constexpr size_t kSettingsBlockMarkOffset = 5584;
+constexpr uint16_t kSettingsBlockMark = 49;
+
+uint32_t wordAt(const std::array<uint8_t, 12>& header, size_t offset) {
+    return static_cast<uint32_t>(header[offset]) | static_cast<uint32_t>(header[offset + 1]) << 8 |
+           static_cast<uint32_t>(header[offset + 2]) << 16 | static_cast<uint32_t>(header[offset + 3]) << 24;
+}
+
+} // namespace
+
+bool KVMPP15ProjectPropsWriter::writeDataForProject(const KVMPPProject* project) {
+    return regenerate(project, [this] {
+        KVMPP15SequentialPropsReader propsReader(templateEntry());
+        KVMPPProps data(propsReader.magicHeaderInt());
+        data.open();
+        while (propsReader.readNextProperty()) {
+            writeValueForCurrentlySelectedProperty(propsReader, data);
+        }
+        data.close();
+        if (!flushData(data, outputEntry())) {
+            throw TVException(kWriteToStreamException, "Attempt to write the project properties failed");
+        }
+    });
+}
+
+void KVMPP15ProjectPropsWriter::writeValueForCurrentlySelectedProperty(
+    const KVMPP15SequentialPropsReader& propsReader, KVMPPProps& data) const {
+    const uint32_t size = wordAt(propsReader.curPropertyHeader(), 0);
+    const uint32_t ending = wordAt(propsReader.curPropertyHeader(), 8);
+    const std::optional<std::vector<uint8_t>> value = constructValueForPropertyType(
+        project(), propsReader.curPropertyType(), propsReader.curPropertyData());
+    const std::vector<uint8_t>& bytes = value ? *value : propsReader.curPropertyData();
+    // A header that held the size twice keeps that form with the new size.
+    data.setWriteSizeTwice(size == ending);
+    data.startNewElementForType(propsReader.curPropertyType(), ending);
+    data.writeData(bytes.data(), bytes.size());
+    data.closeCurrentElement();
+    if (bytes.size() % 2 != 0) {
+        data.write1ByteInteger(0xFF);
+    }
+}
+
+std::optional<std::vector<uint8_t>>
+KVMPP15ProjectPropsWriter::constructValueForPropertyType(const KVMPPProject& project, uint32_t type,
+                                                         const std::vector<uint8_t>& original) {
+    KVMPPData value;
+    const auto text = [&value](const std::string& string) {
+        value.writeString(string, kMPPDataEncodingUTF16LE);
+    };
+    const auto shortValue = [&value](uint64_t number) {
+        value.write2ByteInteger(static_cast<uint16_t>(number));
+    };
+    switch (type) {
+    case kStartDate:
+        value.writeDate(project.startDate);
+        break;
+    case kFinishDate:
+        value.writeDate(project.endDate);
+        break;
+    case kScheduleFromStart:
+        shortValue(project.scheduleFromStart ? 1 : 0);
+        break;
+    case kTitle:
+    case kTitleAgain:
+        text(project.title.value_or(""));
+        break;
+    case kAuthor:
+        text(project.summaryInfo.author.value_or(" "));
+        break;
+    case kCalendarName:
+        if (!project.standardCalendar || !project.standardCalendar->name) {
+            return std::nullopt;
+        }
+        text(*project.standardCalendar->name);
+        break;
+    case kCurrencySymbol:
+        text(project.currencySymbol);
+        break;
+    case kCurrencySymbolPosition:
+        shortValue(static_cast<uint64_t>(project.currencySymbolPosition));
+        break;
+    case kCurrencyDigits:
+        shortValue(project.currencyDigits);
+        break;
+    case kDurationFormat:
+        shortValue(static_cast<uint64_t>(project.durationFormat));
+        break;
+    case kWorkFormat:
+        shortValue(static_cast<uint64_t>(project.workFormat));
+        break;
+    case kMinutesPerDay:
+        value.writeInteger(static_cast<uint32_t>(project.minutesPerDay));
+        break;
+    case kMinutesPerWeek:
+        value.writeInteger(static_cast<uint32_t>(project.minutesPerWeek));
+        break;
+    case kWeekStartDay:
+        shortValue(static_cast<uint64_t>(project.weekStartDay));
+        break;
+    case kHonorConstraints:
+        shortValue(project.honorConstraints ? 0 : 1);
+        break;
+    case kDaysPerMonth:
+        shortValue(project.daysPerMonth);
+        break;
+    case kBaseline0SaveDate:
+        value.writeDate(project.baseline0SaveDate);
+        break;
+    case kCurrencyCode:
+        text(project.currencyCode);
+        break;
+    case kCalendarGuid:
+        if (!project.standardCalendar) {
+            return std::nullopt;
+        }
+        value.writeGUID(project.standardCalendar->getGUID());
+        break;
+    case kSettingsBlock:
+        // Too short a block raises the range failure and the stream is not written.
+        value.writeData(original.data(), original.size());
+        value.write2ByteInteger(kSettingsBlockMark, kSettingsBlockMarkOffset);
+        break;
+    default:
+        if (type < kFirstBaselineSaveDate || type > kLastBaselineSaveDate) {
+            return std::nullopt;
+        }
+        const size_t index = type - kFirstBaselineSaveDate;
+        value.writeDate(index < project.baselineSaveDates.size()
+                            ? std::optional(project.baselineSaveDates[index])
+                            : std::nullopt);
+    }
+    return value.data();
+}
