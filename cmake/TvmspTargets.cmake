@@ -25,8 +25,9 @@ function(tvmsp_group)
   target_link_libraries(${ARG_NAME} INTERFACE ${ARG_COMPONENTS})
 endfunction()
 
-# One GoogleTest executable per component with tests; tests in files named *Corpus*Test.cpp also run
-# as a test of their own with the label "corpus", the others with the label "unit".
+# One GoogleTest executable per component with tests; the suites of each file named *Corpus*Test.cpp
+# run as a test of their own with the label "corpus", so that ctest spreads the long corpus walks over
+# the cores; the others run as one test with the label "unit".
 function(tvmsp_component_tests component dir)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${dir}/*.cpp")
   if(NOT sources)
@@ -40,8 +41,11 @@ function(tvmsp_component_tests component dir)
   set_tests_properties(${name} PROPERTIES LABELS unit)
   set(corpus_sources ${sources})
   list(FILTER corpus_sources INCLUDE REGEX "Corpus[^/]*Test\\.cpp$")
-  if(corpus_sources)
-    add_test(NAME ${name}.corpus COMMAND ${name} --gtest_filter=*Corpus*)
-    set_tests_properties(${name}.corpus PROPERTIES LABELS corpus)
-  endif()
+  foreach(source IN LISTS corpus_sources)
+    # BatchIndependenceCorpusTest.cpp holds the suites BatchIndependenceCorpus*.
+    get_filename_component(suite ${source} NAME_WE)
+    string(REGEX REPLACE "Test$" "" suite ${suite})
+    add_test(NAME ${name}.${suite} COMMAND ${name} --gtest_filter=${suite}*)
+    set_tests_properties(${name}.${suite} PROPERTIES LABELS corpus)
+  endforeach()
 endfunction()

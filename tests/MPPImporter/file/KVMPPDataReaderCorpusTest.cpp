@@ -78,7 +78,7 @@ std::string checkFile(const std::string& path, int64_t* taskObjects) {
 } // namespace
 
 // The task objects are counted against the index's count of tasks, which an independent reader sees.
-TEST(DataReaderCorpus, OpensEveryObjectStorageOfEveryReadableFileWithoutErrors) {
+TEST(KVMPPDataReaderCorpus, OpensEveryObjectStorageOfEveryReadableFileWithoutErrors) {
     TVMSP_REQUIRE_CORPUS();
     testsupport::CorpusComparison comparison("MPPImporter/file/DataReaderCorpusTest.manifest", 1000);
     const auto index = testsupport::corpusIndex();
