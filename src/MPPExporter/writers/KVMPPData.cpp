@@ -70,6 +70,31 @@ std::vector<uint8_t> encodedText(const std::string& text, int32_t encoding) {
     return bytes;
 }
 
+// The body of an RTF document holding the plain text. A line break becomes a paragraph mark, except the
+// last one of the text: the document's closing mark ends that paragraph, and writing both would give a
+// note read back one empty paragraph more on every round trip. The RTF specials are escaped, and every
+// character beyond ASCII is written as its UTF-16 units (`\uN` with `?` for readers without Unicode),
+// since the ASCII document would otherwise lose the note's letters.
+std::string rtfBody(const std::string& text) {
+    std::u16string units = utf16FromUTF8(text);
+    if (!units.empty() && units.back() == u'\n') {
+        units.pop_back();
+    }
+    std::string body;
+    for (const char16_t unit : units) {
+        if (unit == u'\n') {
+            body += "\\par\r\n";
+        } else if (unit == u'\\' || unit == u'{' || unit == u'}') {
+            body += {'\\', static_cast<char>(unit)};
+        } else if (unit < 0x80) {
+            body += static_cast<char>(unit);
+        } else {
+            body += "\\u" + std::to_string(static_cast<int16_t>(unit)) + "?";
+        }
+    }
+    return body;
+}
+
 } // namespace
 
 KVMPPData::KVMPPData() {
@@ -167,10 +192,7 @@ void KVMPPData::writeString(const std::string& text, int32_t encoding) {
 }
 
 void KVMPPData::writeRtfString(const std::string& text, int32_t encoding) {
-    std::string plain;
-    for (char c : text) {
-        plain += c == '\n' ? std::string("\\par\r\n") : std::string(1, c);
-    }
+    const std::string plain = rtfBody(text);
     const std::string document =
         "{\\rtf1\\ansi\\ansicpg1251\\deff0\\deflang1049{\\fonttbl{\\f0\\fswiss\\fprq2\\fcharset0 Arial;}"
         "{\\f1\\fswiss\\fprq2\\fcharset204{\\*\\fname Arial;}Arial CYR;}}\r"

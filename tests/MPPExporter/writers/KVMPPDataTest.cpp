@@ -5,6 +5,7 @@
 #include "MPPExporter/writers/KVMPPProps.h"
 #include "MPPExporter/writers/KVMPPSummaryInfoData.h"
 #include "MPPImporter/format/MPPValueCodecs.h"
+#include "MPPImporter/text/RTFPlainTextReader.h"
 
 #include <gtest/gtest.h>
 #include <vector>
@@ -109,7 +110,7 @@ TEST(KVMPPData, GuidsStringsAndOverwritesKeepToTheirBounds) {
 
 TEST(KVMPPData, RtfNotesWrapThePlainTextLineByLine) {
     KVMPPData block;
-    block.writeRtfString("one\ntwo", kMPPDataEncodingASCII);
+    block.writeRtfString("one\ntwo\n", kMPPDataEncodingASCII);
     const std::string written(block.data().begin(), block.data().end());
     const std::string expected =
         "{\\rtf1\\ansi\\ansicpg1251\\deff0\\deflang1049{\\fonttbl{\\f0\\fswiss\\fprq2\\fcharset0 Arial;}"
@@ -117,6 +118,17 @@ TEST(KVMPPData, RtfNotesWrapThePlainTextLineByLine) {
         "{\\*\\generator Riched2012.0.6413.1000;}\\viewkind4\\uc1\r\n"
         "\\pard\\f0\\fs16\\lang1033 one\\par\r\ntwo\\f1\\lang1049\\par\r\n}\r\n";
     EXPECT_EQ(written, expected + std::string(1, '\0'));
+}
+
+// A note read back is the note written: as many paragraphs, RTF specials and letters beyond ASCII kept.
+TEST(KVMPPData, RtfNotesReadBackAsWritten) {
+    for (const std::string notes :
+         {"one\ntwo\n", "braces {a} and \\back\\slash\n", "Größe – Этап 2 ✓ 𝄞\n", "\n\nthird\n"}) {
+        KVMPPData block;
+        block.writeRtfString(notes, kMPPDataEncodingASCII);
+        const std::string written(block.data().begin(), block.data().end() - 1);
+        EXPECT_EQ(RTFPlainTextReader::plainText(written).value_or("(not RTF)"), notes);
+    }
 }
 
 TEST(KVMPPOffsetMarkedData, ElementsMustBeOpenedAndClosedInTurn) {
