@@ -5,6 +5,7 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
 #include "MPPExporter/writers/KVMPPProps.h"
+#include "MPPExporter/writers/MPPFieldWrites.h"
 #include "MPPImporter/format/MPPCustomFieldTables.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/format/MPPPropertyKeyTables.h"
@@ -231,17 +232,11 @@ bool KVMPP15TaskWriter::writeDataForProject(const KVMPPProject* project) {
 
 void KVMPP15TaskWriter::putField(std::span<uint8_t> record, MPPFieldBlock block, MPPField field,
                                  const MPPFieldValue& value) const {
-    const auto place = mppFieldPlace(field, layoutVersion(), layoutVersion());
-    tvAssert(place && place->row->block == block, "The task layout has no such field in this block.");
-    const size_t size = mppFieldSize(*place->row);
-    tvAssert(place->position + size <= record.size(), "A task field lies beyond its record.");
-    encodeMPPField(*place->row, value, record.subspan(place->position, size));
+    putMPPField(layoutVersion(), record, block, field, value);
 }
 
 uint32_t KVMPP15TaskWriter::propertyNumber(MPPField field) const {
-    const auto place = mppFieldPlace(field, layoutVersion(), layoutVersion());
-    tvAssert(place && place->row->block == var, "The task layout keeps no such field in variable data.");
-    return place->position;
+    return mppFieldPropertyNumber(layoutVersion(), field);
 }
 
 uint32_t KVMPP15TaskWriter::baselinePropertyNumber(int32_t groupKey, int64_t number) const {
@@ -293,14 +288,8 @@ void KVMPP15TaskWriter::writeDateElement(uint32_t id, uint32_t type, std::option
 }
 
 void KVMPP15TaskWriter::writeFieldElement(uint32_t id, MPPField field, const MPPFieldValue& value) {
-    const auto place = mppFieldPlace(field, layoutVersion(), layoutVersion());
-    tvAssert(place && place->row->block == var, "The task layout keeps no such field in variable data.");
-    std::vector<uint8_t> bytes(mppFieldSize(*place->row));
-    if (const auto* text = std::get_if<std::u16string>(&value)) {
-        bytes.resize(2 * (text->size() + 1));
-    }
-    encodeMPPField(*place->row, value, bytes);
-    startElement(id, place->position);
+    const std::vector<uint8_t> bytes = encodeMPPFieldPayload(layoutVersion(), field, value);
+    startElement(id, propertyNumber(field));
     m_var2Data->writeData(bytes.data(), bytes.size());
     closeElement();
 }
