@@ -127,6 +127,14 @@ void KVMPP15AssignmentWriter::preprocessProject(KVMPPProject& project) {
             assignment->actualCost = task.actualCost;
             assignment->remainingCost = task.remainingCost;
         }
+        // An assignment without dates of its own spans its task: the timephased block counts its
+        // stretches from the assignment's start, which the reader needs to place them.
+        if (!assignment->startDate) {
+            assignment->startDate = task.startDate;
+        }
+        if (!assignment->finishDate) {
+            assignment->finishDate = task.endDate;
+        }
         assignment->levelingDelay = task.levelingDelay;
         assignment->leveledStart = task.leveledStart;
         if (!assignment->baselines.empty()) {
@@ -162,13 +170,14 @@ std::array<double, 5> KVMPP15AssignmentWriter::workFigures(const KVMPPAssignment
         return {assignment.assignmentUnits, work(assignment.work), work(assignment.actualWork),
                 work(assignment.work), work(assignment.remainingWork)};
     }
-    const double units = assignment.assignmentUnits / 10000.0;
-    const double amount = units * 60.0 * 1000.0;
+    // The reader takes a material's amount in the same hundredths of a percent as the units of work,
+    // so the units stand as they are; the work figures count the amount.
+    const double amount = assignment.assignmentUnits / 10000.0 * 60.0 * 1000.0;
     // The share done; an assignment without work has done none of it, where the division would give
     // NaN or an infinity.
     const double done =
         assignment.work != 0 ? (assignment.work - assignment.remainingWork) / assignment.work : 0.0;
-    return {units, amount, done * amount, amount, amount * (1.0 - done)};
+    return {assignment.assignmentUnits, amount, done * amount, amount, amount * (1.0 - done)};
 }
 
 std::vector<uint8_t> KVMPP15AssignmentWriter::plannedWork(const KVMPPAssignment& assignment) {
