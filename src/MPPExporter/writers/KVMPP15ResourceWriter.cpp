@@ -4,6 +4,7 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
 #include "MPPExporter/writers/KVMPP15TaskWriter.h"
+#include "MPPExporter/writers/MPPFieldAliasProps.h"
 #include "MPPExporter/writers/MPPFieldWrites.h"
 #include "MPPImporter/format/MPPCustomFieldTables.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
@@ -451,5 +452,16 @@ void KVMPP15ResourceWriter::writeResourceFixed2Meta(const KVMPPResource& resourc
 // Property stream.
 
 void KVMPP15ResourceWriter::writeProps() {
-    cloneChildStreamFromTemplate(kPropsStreamName);
+    const auto& names = project().customResourceFieldNames;
+    if (!names || names->empty()) {
+        cloneChildStreamFromTemplate(kPropsStreamName);
+        return;
+    }
+    KVMPPProps props;
+    writeStream(kPropsStreamName, props, [&] {
+        props.open();
+        constexpr uint32_t kTrailer[] = {8, 8, 0, 8, 8, 0, 0, 0};
+        writeFieldAliasElement(props, *names, getTextFieldTypeForIndex, kVarMetaEnding, kTrailer);
+        props.close();
+    });
 }

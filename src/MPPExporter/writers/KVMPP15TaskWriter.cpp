@@ -5,6 +5,7 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
 #include "MPPExporter/writers/KVMPPProps.h"
+#include "MPPExporter/writers/MPPFieldAliasProps.h"
 #include "MPPExporter/writers/MPPFieldWrites.h"
 #include "MPPImporter/format/MPPCustomFieldTables.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
@@ -73,9 +74,7 @@ constexpr int64_t kMaxBaselineNumber = 10;
 // -1.0e-6, the value that the application keeps in unset baseline figures.
 constexpr double kUnsetFigure = -1.0e-6;
 
-constexpr uint32_t kCustomNamesType = 0x4400001;
 constexpr uint32_t kCustomNamesHeaderType = 0x4400000;
-constexpr size_t kAliasSize = 104;
 
 // The bits of the baselines 1 to 10 in the Fixed2 meta entry: byte and bit pairs of the first bitmap
 // (p0 to p13, from offset 10) and of the second (q1 to q9, from offset 78).
@@ -699,40 +698,8 @@ void KVMPP15TaskWriter::writeProps() {
         props.write2ByteInteger(0);
         props.closeCurrentElement();
 
-        props.startNewElementForType(kCustomNamesType, 0);
-        const uint64_t sizesAt = props.dataSize();
-        props.writeInteger(0);
-        props.writeInteger(0);
-        const auto count = static_cast<uint32_t>(names->size());
-        props.writeInteger(count);
-        const std::unique_ptr<KVMPPOffsetMarkedData> aliases = newFieldAliasesData(*names);
-        for (uint32_t p = 1; p <= count; ++p) {
-            props.write2ByteInteger(static_cast<uint16_t>(getTextFieldTypeForIndex(p)));
-            props.write2ByteInteger(kVarMetaEnding);
-            props.writeInteger(count * 8 + 8 + static_cast<uint32_t>(aliases->offsetOfElementAtIndex(p - 1)));
-        }
-        props.writeData(aliases->data().data(), aliases->dataSize());
-        const auto size = static_cast<uint32_t>(props.dataSize() - sizesAt - 4);
-        props.writeInteger(size, sizesAt);
-        props.writeInteger(size, sizesAt + 4);
-        props.writeZeroesBlockOfSize(8 * 4);
-        props.closeCurrentElement();
+        constexpr uint32_t kTrailer[8] = {};
+        writeFieldAliasElement(props, *names, getTextFieldTypeForIndex, kVarMetaEnding, kTrailer);
         props.close();
     });
-}
-
-std::unique_ptr<KVMPPOffsetMarkedData>
-KVMPP15TaskWriter::newFieldAliasesData(const std::vector<std::string>& names) {
-    auto aliases = std::make_unique<KVMPPOffsetMarkedData>();
-    for (const std::string& name : names) {
-        aliases->startNewElement();
-        const uint64_t start = aliases->dataSize();
-        aliases->writeString(name, kMPPDataEncodingUTF16LE);
-        const uint64_t written = aliases->dataSize() - start;
-        if (written < kAliasSize) {
-            aliases->writeZeroesBlockOfSize(kAliasSize - written);
-        }
-        aliases->closeCurrentElement();
-    }
-    return aliases;
 }

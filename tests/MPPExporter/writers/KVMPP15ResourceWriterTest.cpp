@@ -3,6 +3,7 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
 #include "MPPExporter/writers/KVMPP15ProjectWriter.h"
+#include "MPPImporter/file/KVMSPIPropsReader.h"
 #include "MPPImporter/format/MPPValueCodecs.h"
 #include "MPPImporter/readers/KVMSPIMPPResourceReader.h"
 #include "MPPImporter/readers/KVMSPISingleExtendedAttribute.h"
@@ -61,6 +62,7 @@ struct ResourcePlan {
         concrete->work = 12;
         concrete->actualWork = 5;
         addResource(project, 3, "Travel")->setResourceTypeCost();
+        project.customResourceFieldNames = std::vector<std::string>{"Skill", "Desk"};
     }
 };
 
@@ -156,6 +158,22 @@ TEST(KVMPP15ResourceWriter, TheReaderReadsBackEveryResource) {
     const size_t ann = 16 + 4 * 37;
     EXPECT_EQ(wordAt(meta, ann), 0x60000u);
     EXPECT_EQ(meta[ann + 16], 0x04 | 0x08);
+
+    // The custom field names: count, per field its type, the meta ending and the name's offset, the
+    // names, and the resource store's trailing words.
+    KVMSPIPropsReader props(written.openStream("TBkndRsc", "Props"));
+    int32_t size = 0;
+    ASSERT_TRUE(props.getPropertySize(&size, 0x4400001));
+    std::vector<uint8_t> aliases(static_cast<size_t>(size));
+    ASSERT_TRUE(props.readPropertyByteArray(aliases.data(), aliases.size(), 0x4400001, false));
+    EXPECT_EQ(wordAt(aliases, 8), 2u);
+    EXPECT_EQ(wordAt(aliases, 20), KVMPP15ResourceWriter::getTextFieldTypeForIndex(2) | 0x0C400000u);
+    const size_t desk = 4 + wordAt(aliases, 24); // offsets count from the second size word
+    EXPECT_EQ(decodeMPPText(std::span(aliases).subspan(desk)), u"Desk");
+    const std::vector<uint8_t> trailer(aliases.end() - 32, aliases.end());
+    const std::vector<uint8_t> words = {8, 0, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 8, 0, 0, 0,
+                                        8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+    EXPECT_EQ(trailer, words);
 }
 
 // Positions up to 255 are the upper halves of n + 1; the table's words follow beyond, and there are

@@ -57,10 +57,14 @@ KVMSPIMPPAssignmentReader* WrittenPlan::assignments() const {
     return m_project ? dynamic_cast<KVMSPIMPPAssignmentReader*>(m_project->assignmentReader()) : nullptr;
 }
 
-std::vector<uint8_t> WrittenPlan::stream(const std::string& storage, const std::string& name) {
+std::unique_ptr<SSLStream> WrittenPlan::openStream(const std::string& storage, const std::string& name) {
     std::unique_ptr<SSLStorage> directory = m_root.rootStorage()->childStorageWithName("   114");
     std::unique_ptr<SSLStorage> store = directory ? directory->childStorageWithName(storage) : nullptr;
-    std::unique_ptr<SSLStream> stream = store ? store->childStreamWithName(name) : nullptr;
+    return store ? store->childStreamWithName(name) : nullptr;
+}
+
+std::vector<uint8_t> WrittenPlan::stream(const std::string& storage, const std::string& name) {
+    std::unique_ptr<SSLStream> stream = openStream(storage, name);
     std::vector<uint8_t> bytes(stream ? stream->bytesAvailable() : 0);
     if (!bytes.empty()) {
         stream->readBytes(static_cast<uint32_t>(bytes.size()), bytes.data());

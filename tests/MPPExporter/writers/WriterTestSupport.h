@@ -9,6 +9,7 @@
 #include <vector>
 
 class KVMSPIMPPReader;
+class SSLStream;
 class KVMSPIMPPProjectReader;
 class KVMSPIMPPTaskReader;
 class KVMSPIMPPConstraintReader;
@@ -37,7 +38,8 @@ public:
     KVMSPIMPPConstraintReader* links() const;
     KVMSPIMPPResourceReader* resources() const;
     KVMSPIMPPAssignmentReader* assignments() const;
-    // The bytes of a stream of a storage of the data directory.
+    // A stream of a storage of the data directory, or null; and its bytes.
+    std::unique_ptr<SSLStream> openStream(const std::string& storage, const std::string& name);
     std::vector<uint8_t> stream(const std::string& storage, const std::string& name);
 
 private:
