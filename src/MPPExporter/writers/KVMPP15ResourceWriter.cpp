@@ -13,7 +13,10 @@
 #include "MPPImporter/format/MPPVersionTables.h"
 #include "MPPImporter/text/UnicodeText.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
+#include <limits>
 
 namespace {
 
@@ -50,6 +53,7 @@ constexpr size_t kFixed2MetaEntrySize = 50;
 constexpr size_t kFixed2KindOffset = 8;
 constexpr size_t kFixed2MarkOffset = 37;
 constexpr size_t kFixed2BaselineBitmapOffset = 38;
+constexpr size_t kFixed2BaselineBitmapSize = 12;
 
 constexpr uint16_t kVarMetaEnding = 0x0C40;
 constexpr const char* kPropsStreamName = "Props";
@@ -75,6 +79,21 @@ double converted(double seconds) {
 // The work figures of a record: a material resource keeps amounts, the others converted work.
 double recordWork(const KVMPPResource& resource, double value) {
     return resource.getResourceType() == 1 ? value : converted(value);
+}
+
+// The catalogue's work row takes microseconds of the stored figure (thousandths of a minute). A figure
+// that is no number writes 0, one beyond the range of microseconds the range's bound, so that no
+// conversion is undefined.
+int64_t workMicroseconds(double stored) {
+    constexpr double kMicrosecondsPerThousandth = 60000.0;
+    const double value = stored * kMicrosecondsPerThousandth;
+    if (std::isnan(value)) {
+        return 0;
+    }
+    constexpr auto kLimit = static_cast<double>(std::numeric_limits<int64_t>::max());
+    return value >= kLimit    ? std::numeric_limits<int64_t>::max()
+           : value <= -kLimit ? std::numeric_limits<int64_t>::min()
+                              : static_cast<int64_t>(value);
 }
 
 std::optional<TVDate> wallClock(std::optional<TVDate> date) {
@@ -295,8 +314,7 @@ void KVMPP15ResourceWriter::writeResourceFixedData(const KVMPPResource& resource
     const auto work = [&](double value) {
         return isDefault ? converted(value) : recordWork(resource, value);
     };
-    // The catalogue's work row takes microseconds of the stored figure.
-    put(MPPField::resourceWork, static_cast<int64_t>(work(resource.work) * 60000.0));
+    put(MPPField::resourceWork, workMicroseconds(work(resource.work)));
     encodeMPPNumber(work(resource.actualWork), bytes.subspan(kActualWorkOffset));
     put(MPPField::resourceCostPerUse, isDefault ? resource.costPerUse : resource.costPerUse * 100.0);
     encodeMPPNumber(static_cast<uint16_t>(resource.getAccrueAtType()), bytes.subspan(kAccrueAtOffset));

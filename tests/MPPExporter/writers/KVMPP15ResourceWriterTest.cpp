@@ -12,6 +12,7 @@
 #include "support/TestSupport.h"
 
 #include <bit>
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace {
@@ -30,7 +31,7 @@ std::shared_ptr<KVMPPResource> addResource(KVMPPProject& project, uint64_t id, c
 }
 
 // A plan with the mapping's dummy resource, a work resource with every field the writer writes, a
-// material without initials and a cost resource.
+// material without initials and a cost resource whose work is no number.
 struct ResourcePlan {
     KVMPPProject project;
 
@@ -61,7 +62,9 @@ struct ResourcePlan {
         concrete->setResourceTypeMaterial();
         concrete->work = 12;
         concrete->actualWork = 5;
-        addResource(project, 3, "Travel")->setResourceTypeCost();
+        auto travel = addResource(project, 3, "Travel");
+        travel->setResourceTypeCost();
+        travel->work = std::nan("");
         project.customResourceFieldNames = std::vector<std::string>{"Skill", "Desk"};
     }
 };
@@ -123,6 +126,8 @@ TEST(KVMPP15ResourceWriter, TheReaderReadsBackEveryResource) {
     TVTimeSpan work = 0;
     EXPECT_TRUE(reader.resourceWork(1, work));
     EXPECT_EQ(work, 28800 * kMicrosecondsPerSecond);
+    EXPECT_TRUE(reader.resourceWork(3, work));
+    EXPECT_EQ(work, 0) << "work that is no number writes none";
     TVDate date;
     EXPECT_TRUE(reader.resourceAvailableFrom(1, date));
     EXPECT_EQ(date, KVMPPData::wallClock(kFrom));
