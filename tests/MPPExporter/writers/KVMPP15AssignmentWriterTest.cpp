@@ -166,8 +166,8 @@ TEST(KVMPP15AssignmentWriter, TheReaderReadsBackEveryAssignmentAndTheStretchesOf
 }
 
 // Without assignments the fixed streams are empty and the variable data holds the two header elements
-// of ID 0.
-TEST(KVMPP15AssignmentWriter, APlanWithoutAssignmentsKeepsTheHeaderElements) {
+// of ID 0; an assignment with eleven baselines besides its Baseline fails the export.
+TEST(KVMPP15AssignmentWriter, HeaderElementsWithoutAssignmentsAndTooManyBaselines) {
     testsupport::TempDir dir;
     AssignmentPlan plan;
     plan.project.assignments.clear();
@@ -183,6 +183,17 @@ TEST(KVMPP15AssignmentWriter, APlanWithoutAssignmentsKeepsTheHeaderElements) {
     ASSERT_NE(data, nullptr);
     EXPECT_EQ(data->uidArray(), (std::vector<int32_t>{0}));
     EXPECT_TRUE(data->hasDataForObjectUID(0, 0x31) && data->hasDataForObjectUID(0, 0x27A));
+
+    AssignmentPlan saved;
+    saved.project.assignments.front()->baselines.resize(12);
+    const fs::path refused = dir.path() / "refused.mpp";
+    EXPECT_FALSE(KVMPP15ProjectWriter::writeProject(saved.project, refused.string(),
+                                                    writertest::shippedTemplate().string()));
+    EXPECT_FALSE(fs::exists(refused));
+    AssignmentPlan ten;
+    ten.project.assignments.front()->baselines.resize(11);
+    EXPECT_TRUE(KVMPP15ProjectWriter::writeProject(ten.project, refused.string(),
+                                                   writertest::shippedTemplate().string()));
 }
 
 // The figures where the arithmetic has no answer of its own: a material assignment without work has
