@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MPPCommon/support/TVDate.h"
 #include "MPPExporter/writers/KVMPPWriter.h"
 #include "MPPExporter/writers/MPPVarElementList.h"
 
