@@ -320,13 +320,21 @@ std::vector<KVMSPEProjectMapper::TaskVisit> KVMSPEProjectMapper::addTvnxTask(con
             task->actualDuration += piece.actualDuration;
         }
         task->remainingDuration = task->duration - task->actualDuration;
-        // A split task states only its end; without a date of its own it spans its pieces.
+        // A split task states only its end and its leveled start; without a date of its own it starts
+        // there, or else with its first piece, and ends with its last. The leveled start may lie before
+        // the first piece's start out of working time, where a night shift begins.
         if (!timePhases->empty()) {
-            task->startDate = task->startDate ? task->startDate : timePhases->front().startDate;
+            if (!task->startDate) {
+                task->startDate = task->leveledStart ? task->leveledStart : timePhases->front().startDate;
+            }
             task->endDate = task->endDate ? task->endDate : timePhases->back().endDate;
         }
-        assignments =
-            (pieces.empty() ? element : *pieces.front()).elementsForName(tvnx::element::kAssignment);
+        // The import keeps a split task's assignments on the task; other bundles keep them on its
+        // first piece.
+        assignments = element.elementsForName(tvnx::element::kAssignment);
+        if (assignments.empty() && !pieces.empty()) {
+            assignments = pieces.front()->elementsForName(tvnx::element::kAssignment);
+        }
     } else {
         assignments = element.elementsForName(tvnx::element::kAssignment);
     }

@@ -2,7 +2,7 @@
 
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
-#include "MPPImporter/format/MPPFieldCatalog.h"
+#include "MPPExporter/writers/MPPFieldWrites.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 
 #include <array>
@@ -48,10 +48,7 @@ void KVMPP15ConsstraintWriter::writeFixedData() {
 void KVMPP15ConsstraintWriter::writeLinkFixedData(const KVMPPConstraint& link, uint32_t uid) {
     std::array<uint8_t, kRecordSize> record{};
     const auto put = [&](MPPField field, int64_t value) {
-        const auto place = mppFieldPlace(field, layoutVersion(), layoutVersion());
-        tvAssert(place && place->row->block == MPPFieldBlock::fixed, "The link layout has no such field.");
-        encodeMPPField(*place->row, value,
-                       std::span(record).subspan(place->position, mppFieldSize(*place->row)));
+        putMPPField(layoutVersion(), record, MPPFieldBlock::fixed, field, value);
     };
     // The reader keys links by this word: each link has its own, where a model link's ID is 0 for all.
     encodeMPPNumber(uid, std::span(record));

@@ -1,5 +1,7 @@
 #include "MPPExporter/writers/KVMPP15ProjectWriter.h"
 
+#include "MPPExporter/writers/KVMPP15AssignmentWriter.h"
+#include "MPPExporter/writers/KVMPP15ResourceWriter.h"
 #include "MPPExporter/writers/KVMPP15TaskWriter.h"
 #include "MPPExporter/writers/KVMPPFileReader.h"
 #include "MPPExporter/writers/KVMPPFileWriter.h"
@@ -30,6 +32,8 @@ bool KVMPP15ProjectWriter::writeProject(KVMPPProject& project, const std::string
 
 void KVMPP15ProjectWriter::preprocessProject(KVMPPProject& project) {
     KVMPP15TaskWriter::preprocessProject(project);
+    KVMPP15ResourceWriter::preprocessProject(project);
+    KVMPP15AssignmentWriter::preprocessProject(project);
 }
 
 bool KVMPP15ProjectWriter::walkTemplate(const KVMPPProject& project, const std::string& mppPath,

@@ -5,6 +5,8 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
 #include "MPPExporter/writers/KVMPPProps.h"
+#include "MPPExporter/writers/MPPFieldAliasProps.h"
+#include "MPPExporter/writers/MPPFieldWrites.h"
 #include "MPPImporter/format/MPPCustomFieldTables.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/format/MPPPropertyKeyTables.h"
@@ -72,9 +74,7 @@ constexpr int64_t kMaxBaselineNumber = 10;
 // -1.0e-6, the value that the application keeps in unset baseline figures.
 constexpr double kUnsetFigure = -1.0e-6;
 
-constexpr uint32_t kCustomNamesType = 0x4400001;
 constexpr uint32_t kCustomNamesHeaderType = 0x4400000;
-constexpr size_t kAliasSize = 104;
 
 // The bits of the baselines 1 to 10 in the Fixed2 meta entry: byte and bit pairs of the first bitmap
 // (p0 to p13, from offset 10) and of the second (q1 to q9, from offset 78).
@@ -231,17 +231,11 @@ bool KVMPP15TaskWriter::writeDataForProject(const KVMPPProject* project) {
 
 void KVMPP15TaskWriter::putField(std::span<uint8_t> record, MPPFieldBlock block, MPPField field,
                                  const MPPFieldValue& value) const {
-    const auto place = mppFieldPlace(field, layoutVersion(), layoutVersion());
-    tvAssert(place && place->row->block == block, "The task layout has no such field in this block.");
-    const size_t size = mppFieldSize(*place->row);
-    tvAssert(place->position + size <= record.size(), "A task field lies beyond its record.");
-    encodeMPPField(*place->row, value, record.subspan(place->position, size));
+    putMPPField(layoutVersion(), record, block, field, value);
 }
 
 uint32_t KVMPP15TaskWriter::propertyNumber(MPPField field) const {
-    const auto place = mppFieldPlace(field, layoutVersion(), layoutVersion());
-    tvAssert(place && place->row->block == var, "The task layout keeps no such field in variable data.");
-    return place->position;
+    return mppFieldPropertyNumber(layoutVersion(), field);
 }
 
 uint32_t KVMPP15TaskWriter::baselinePropertyNumber(int32_t groupKey, int64_t number) const {
@@ -293,14 +287,8 @@ void KVMPP15TaskWriter::writeDateElement(uint32_t id, uint32_t type, std::option
 }
 
 void KVMPP15TaskWriter::writeFieldElement(uint32_t id, MPPField field, const MPPFieldValue& value) {
-    const auto place = mppFieldPlace(field, layoutVersion(), layoutVersion());
-    tvAssert(place && place->row->block == var, "The task layout keeps no such field in variable data.");
-    std::vector<uint8_t> bytes(mppFieldSize(*place->row));
-    if (const auto* text = std::get_if<std::u16string>(&value)) {
-        bytes.resize(2 * (text->size() + 1));
-    }
-    encodeMPPField(*place->row, value, bytes);
-    startElement(id, place->position);
+    const std::vector<uint8_t> bytes = encodeMPPFieldPayload(layoutVersion(), field, value);
+    startElement(id, propertyNumber(field));
     m_var2Data->writeData(bytes.data(), bytes.size());
     closeElement();
 }
@@ -710,40 +698,8 @@ void KVMPP15TaskWriter::writeProps() {
         props.write2ByteInteger(0);
         props.closeCurrentElement();
 
-        props.startNewElementForType(kCustomNamesType, 0);
-        const uint64_t sizesAt = props.dataSize();
-        props.writeInteger(0);
-        props.writeInteger(0);
-        const auto count = static_cast<uint32_t>(names->size());
-        props.writeInteger(count);
-        const std::unique_ptr<KVMPPOffsetMarkedData> aliases = newFieldAliasesData(*names);
-        for (uint32_t p = 1; p <= count; ++p) {
-            props.write2ByteInteger(static_cast<uint16_t>(getTextFieldTypeForIndex(p)));
-            props.write2ByteInteger(kVarMetaEnding);
-            props.writeInteger(count * 8 + 8 + static_cast<uint32_t>(aliases->offsetOfElementAtIndex(p - 1)));
-        }
-        props.writeData(aliases->data().data(), aliases->dataSize());
-        const auto size = static_cast<uint32_t>(props.dataSize() - sizesAt - 4);
-        props.writeInteger(size, sizesAt);
-        props.writeInteger(size, sizesAt + 4);
-        props.writeZeroesBlockOfSize(8 * 4);
-        props.closeCurrentElement();
+        constexpr uint32_t kTrailer[8] = {};
+        writeFieldAliasElement(props, *names, getTextFieldTypeForIndex, kVarMetaEnding, kTrailer);
         props.close();
     });
-}
-
-std::unique_ptr<KVMPPOffsetMarkedData>
-KVMPP15TaskWriter::newFieldAliasesData(const std::vector<std::string>& names) {
-    auto aliases = std::make_unique<KVMPPOffsetMarkedData>();
-    for (const std::string& name : names) {
-        aliases->startNewElement();
-        const uint64_t start = aliases->dataSize();
-        aliases->writeString(name, kMPPDataEncodingUTF16LE);
-        const uint64_t written = aliases->dataSize() - start;
-        if (written < kAliasSize) {
-            aliases->writeZeroesBlockOfSize(kAliasSize - written);
-        }
-        aliases->closeCurrentElement();
-    }
-    return aliases;
 }

@@ -82,8 +82,5 @@ private:
     void putField(std::span<uint8_t> record, MPPFieldBlock block, MPPField field,
                   const MPPFieldValue& value) const;
 
-    // The custom field names in UTF-16, each padded to the alias size; its element offsets place them.
-    static std::unique_ptr<KVMPPOffsetMarkedData> newFieldAliasesData(const std::vector<std::string>& names);
-
     std::vector<VarElement> m_varElements;
 };

@@ -1,7 +1,9 @@
 #include "MPPExporter/writers/KVMPPWriterFactory.h"
 
+#include "MPPExporter/writers/KVMPP15AssignmentWriter.h"
 #include "MPPExporter/writers/KVMPP15ConsstraintWriter.h"
 #include "MPPExporter/writers/KVMPP15ProjectPropsWriter.h"
+#include "MPPExporter/writers/KVMPP15ResourceWriter.h"
 #include "MPPExporter/writers/KVMPP15TaskWriter.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 
@@ -23,6 +25,14 @@ KVMPPWriterFactory::createMPPExporterWithReader(std::unique_ptr<KVMPPFormatReade
         if (writer->getName() == kConstraintStorageName) {
             return std::make_unique<KVMPP15ConsstraintWriter>(std::move(writer), std::move(reader),
                                                               layoutVersion);
+        }
+        if (writer->getName() == kResourceStorageName) {
+            return std::make_unique<KVMPP15ResourceWriter>(std::move(writer), std::move(reader),
+                                                           layoutVersion);
+        }
+        if (writer->getName() == kAssignmentStorageName) {
+            return std::make_unique<KVMPP15AssignmentWriter>(std::move(writer), std::move(reader),
+                                                             layoutVersion);
         }
     }
     return std::make_unique<KVMPPWriter>(std::move(writer), std::move(reader), layoutVersion);

@@ -7,7 +7,6 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
 #include "MPPExporter/writers/KVMPP15ProjectWriter.h"
-#include "MPPImporter/file/KVMSPIMPPVersionReader.h"
 #include "MPPImporter/readers/KVMSPIMPPConstraintReader.h"
 #include "MPPImporter/readers/KVMSPIMPPProjectReader.h"
 #include "MPPImporter/readers/KVMSPIMPPTaskReader.h"
@@ -112,29 +111,6 @@ struct SamplePlan {
     }
 };
 
-// The task reader of a written file.
-class WrittenPlan {
-public:
-    explicit WrittenPlan(const fs::path& file) : m_root(file.string()) {
-        KVMSPIMPPVersionReader versionReader(file.string(), KVMSPIMPPProjectReader::projectReaderFactory());
-        m_reader = versionReader.getMppReader(m_root, false, nullptr);
-        m_project = m_reader ? dynamic_cast<KVMSPIMPPProjectReader*>(m_reader->projectReader()) : nullptr;
-        m_tasks = m_project ? dynamic_cast<KVMSPIMPPTaskReader*>(m_project->taskReader()) : nullptr;
-        m_links =
-            m_project ? dynamic_cast<KVMSPIMPPConstraintReader*>(m_project->constraintReader()) : nullptr;
-    }
-    KVMSPIMPPProjectReader* project() const { return m_project; }
-    KVMSPIMPPTaskReader* tasks() const { return m_tasks; }
-    KVMSPIMPPConstraintReader* links() const { return m_links; }
-
-private:
-    SSLRoot m_root;
-    std::unique_ptr<KVMSPIMPPReader> m_reader;
-    KVMSPIMPPProjectReader* m_project = nullptr;
-    KVMSPIMPPTaskReader* m_tasks = nullptr;
-    KVMSPIMPPConstraintReader* m_links = nullptr;
-};
-
 std::string name(KVMSPIMPPTaskReader& reader, int32_t uid) {
     std::string value;
     EXPECT_TRUE(reader.taskName(uid, value));
@@ -149,7 +125,7 @@ TEST(KVMPP15TaskWriter, TheReaderReadsBackTheOutlineFieldsAndLinksOfEveryTask) {
         const fs::path output = dir.path() / "plan.mpp";
         ASSERT_TRUE(KVMPP15ProjectWriter::writeProject(plan.project, output.string(),
                                                        writertest::shippedTemplate().string()));
-        WrittenPlan written(output);
+        writertest::WrittenPlan written(output);
         ASSERT_NE(written.tasks(), nullptr) << zone;
         KVMSPIMPPTaskReader& reader = *written.tasks();
 
@@ -261,7 +237,7 @@ TEST(KVMPP15TaskWriter, TheProjectPropertiesReadBackAsTheProjectsSettings) {
         const fs::path output = dir.path() / "plan.mpp";
         ASSERT_TRUE(KVMPP15ProjectWriter::writeProject(project, output.string(),
                                                        writertest::shippedTemplate().string()));
-        WrittenPlan written(output);
+        writertest::WrittenPlan written(output);
         ASSERT_NE(written.project(), nullptr) << zone;
         KVMSPIMPPProjectReader& reader = *written.project();
         TVDate date;

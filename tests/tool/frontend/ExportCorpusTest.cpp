@@ -8,18 +8,22 @@
 #include <gtest/gtest.h>
 #include <iostream>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <regex>
 #include <sstream>
 
 // Exports real plans as the program does: each plan of the corpus is imported, its bundle exported
 // through a template, and the exported file imported again; the two bundles must hold the same task
-// outline, dates and links, and every stream of the exported file must read in olefile.
+// outline, dates and links, resources and assignments, and every stream of the exported file must read
+// in olefile. The assignments that the export computes must read back from the exported file with
+// their work.
 
 namespace {
 
 namespace fs = std::filesystem;
 using ElementPtr = KVMSPCXMLElement::ElementPtr;
 
+using nlohmann::json;
 using testsupport::shellQuoted;
 
 // Runs a command with an empty preference folder; its exit status.
@@ -50,11 +54,31 @@ std::string wallClock(const std::string& date) {
 
 // The task outline of a bundle's actual plan, one line per task in outline order. The structure
 // holds depth, title and the links by the outline position of their prerequisite, sorted, since
-// their order means nothing; the schedule holds each task's kind and dates.
+// their order means nothing; the schedule holds each task's kind and dates; the assignments each
+// task's resources by name with their units, sorted. The resources are one line each in plan order:
+// name, type, e-mail address, cost per use and units available.
 struct Outline {
-    std::vector<std::string> structure;
-    std::vector<std::string> schedule;
+    std::vector<std::string> structure{};
+    std::vector<std::string> schedule{};
+    std::vector<std::string> assignments{};
+    std::vector<std::string> resources{};
 };
+
+// The resources of a plan by ID, and their lines.
+std::map<std::string, std::string> resourceLines(const KVMSPCXMLElement& plan,
+                                                 std::vector<std::string>& lines) {
+    std::map<std::string, std::string> names;
+    for (const ElementPtr& resource : plan.elementsForName("resource")) {
+        const std::string name = text(child(*resource, "name"));
+        names[attribute(*resource, "id")] = name;
+        std::ostringstream line;
+        line << name << " [" << text(child(*resource, "type")) << "] "
+             << text(child(*resource, "email-address")) << ' ' << text(child(*resource, "cost-per-use"))
+             << ' ' << text(child(*resource, "units-available"));
+        lines.push_back(line.str());
+    }
+    return names;
+}
 
 Outline outline(const fs::path& bundle) {
     TVError error;
@@ -82,7 +106,23 @@ Outline outline(const fs::path& bundle) {
     walk(walk, attribute(*child(*document->rootElement(), "top-task"), "idref"), 0);
 
     Outline result;
+    const std::map<std::string, std::string> resources =
+        resourceLines(*document->rootElement(), result.resources);
     for (const auto& [depth, task] : order) {
+        std::vector<std::string> assigned;
+        for (const ElementPtr& assignment : task->elementsForName("assignment")) {
+            const auto resource = resources.find(attribute(*assignment, "idref"));
+            assigned.push_back((resource == resources.end() ? "?" : resource->second) + " " +
+                               attribute(*assignment, "units"));
+        }
+        std::sort(assigned.begin(), assigned.end());
+        std::ostringstream assignments;
+        assignments << text(child(*task, "title")) << ':';
+        for (const std::string& line : assigned) {
+            assignments << " " << line;
+        }
+        result.assignments.push_back(assignments.str());
+
         std::vector<std::string> links;
         for (const ElementPtr& link : task->elementsForName("prerequisite-task")) {
             const auto target = position.find(attribute(*link, "idref"));
@@ -164,12 +204,83 @@ std::string unreadableStreams(const fs::path& file) {
     return listing.find("\n!! ") != std::string::npos || listing.rfind("!! ", 0) == 0 ? listing : "";
 }
 
+// The assignments of a plan, one line each, sorted: task title, resource name, units in percent and
+// work in seconds. `tasks`, `resources` and `assignments` name the members of the JSON form; the
+// summary task, whose title is the plan's, is named alike in both forms.
+struct AssignmentForm {
+    const char* tasks;
+    const char* taskID;
+    const char* taskTitle;
+    const char* resources;
+    const char* resourceID;
+    const char* resourceName;
+    const char* assignments;
+    const char* assignmentTask;
+    const char* assignmentResource;
+    const char* units;
+    double unitsPerPercent;
+    const char* work;
+    double workPerSecond;
+};
+constexpr AssignmentForm kModelForm = {"tasks", "ID",          "title",  "resources",  "ID",
+                                       "name",  "assignments", "taskID", "resourceID", "units",
+                                       100.0,   "work",        1.0};
+constexpr AssignmentForm kFileForm = {"tasks",
+                                      "uid",
+                                      "taskName",
+                                      "resources",
+                                      "uid",
+                                      "resourceName",
+                                      "assignments",
+                                      "assignmentTaskUID",
+                                      "assignmentResourceUID",
+                                      "assignmentUnits",
+                                      1.0,
+                                      "assignmentWork",
+                                      1.0e6};
+
+std::vector<std::string> assignmentLines(const std::string& output, const AssignmentForm& form) {
+    const json plan = json::parse(output, nullptr, false);
+    if (!plan.is_object()) {
+        return {"unreadable: " + output.substr(0, 200)};
+    }
+    const auto names = [&plan](const char* list, const char* id, const char* name) {
+        std::map<int64_t, std::string> byID;
+        for (const json& object : plan.value(list, json::array())) {
+            const int64_t key = object.value(id, int64_t{-1});
+            byID[key] = key == 0                                 ? "(summary)"
+                        : object.value(name, json()).is_string() ? object[name].get<std::string>()
+                                                                 : "";
+        }
+        return byID;
+    };
+    const std::map<int64_t, std::string> tasks = names(form.tasks, form.taskID, form.taskTitle);
+    const std::map<int64_t, std::string> resources =
+        names(form.resources, form.resourceID, form.resourceName);
+    std::vector<std::string> lines;
+    for (const json& assignment : plan.value(form.assignments, json::array())) {
+        const json& resource = assignment.value(form.assignmentResource, json());
+        const auto named = resource.is_number() ? resources.find(resource.get<int64_t>()) : resources.end();
+        const auto task = tasks.find(assignment.value(form.assignmentTask, int64_t{-1}));
+        lines.push_back(stringWithFormat("%s <- %s: %.2f %% %.0f s",
+                                         task == tasks.end() ? "?" : task->second.c_str(),
+                                         named == resources.end() ? "-" : named->second.c_str(),
+                                         assignment.value(form.units, 0.0) / form.unitsPerPercent,
+                                         assignment.value(form.work, 0.0) / form.workPerSecond));
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+}
+
 // One export and import again. Either why that failed, or the outlines of the bundle and of the
-// bundle of the exported file, which is left in `work`/second.
+// bundle of the exported file, which is left in `work`/second, and the assignments that the export
+// computes and those the exported file holds.
 struct RoundTrip {
     std::string failure;
-    Outline before;
-    Outline after;
+    Outline before{};
+    Outline after{};
+    std::vector<std::string> mapped{};
+    std::vector<std::string> written{};
 };
 
 RoundTrip roundTrip(const fs::path& bundle, const fs::path& mppTemplate, const fs::path& work,
@@ -179,16 +290,23 @@ RoundTrip roundTrip(const fs::path& bundle, const fs::path& mppTemplate, const f
     const fs::path mpp = work / "plan.mpp";
     const int status = exportBundle(bundle, mpp, mppTemplate, config);
     if (status != 0 || !fs::exists(mpp)) {
-        return {"export status " + std::to_string(status), {}, {}};
+        return {"export status " + std::to_string(status)};
     }
     if (const std::string unreadable = unreadableStreams(mpp); !unreadable.empty()) {
-        return {"olefile: " + unreadable, {}, {}};
+        return {"olefile: " + unreadable};
     }
     const std::optional<fs::path> again = importPlan(mpp, work / "second", config);
     if (!again) {
-        return {"the exported file does not import", {}, {}};
+        return {"the exported file does not import"};
     }
-    return {"", outline(bundle), outline(*again)};
+    const std::string inspect = shellQuoted(MPPINSPECT_PATH);
+    return {"", outline(bundle), outline(*again),
+            assignmentLines(testsupport::commandOutput(inspect + " model " + shellQuoted(bundle.string()) +
+                                                       " 2>/dev/null"),
+                            kModelForm),
+            assignmentLines(
+                testsupport::commandOutput(inspect + " dump " + shellQuoted(mpp.string()) + " 2>/dev/null"),
+                kFileForm)};
 }
 
 // The shipped template, saved by application 16, and a plan of the corpus saved by application 15
@@ -233,27 +351,37 @@ protected:
     static inline std::map<std::string, RoundTrip> s_second;
 };
 
-std::string structureDifference(const RoundTrip& trip) {
-    return trip.failure.empty() ? difference(trip.before.structure, trip.after.structure) : trip.failure;
+// The first difference of one part of the outlines.
+std::string partDifference(const RoundTrip& trip, std::vector<std::string> Outline::*part) {
+    return trip.failure.empty() ? difference(trip.before.*part, trip.after.*part) : trip.failure;
 }
 
-std::string scheduleDifference(const RoundTrip& trip) {
-    return trip.failure.empty() ? difference(trip.before.schedule, trip.after.schedule) : trip.failure;
-}
-
-// Each plan's round trip as the fields "structure" (outline and links) and "schedule" (kinds and
-// dates), and the second round's as "second round".
+// Each plan's round trip as the fields "structure" (outline and links), "schedule" (kinds and dates),
+// "resources", "assignments" (resources and units per task) and "assignment work" (the assignments that
+// the export computes against those that the exported file holds), and the second round's as "second
+// round".
 TEST_F(ExportCorpusTest, EveryImportedPlanComesBackTheSame) {
     TVMSP_REQUIRE_CORPUS();
     testsupport::CorpusComparison comparison("tool/frontend/ExportCorpusTest.manifest", 1100);
+    const std::pair<const char*, std::vector<std::string> Outline::*> parts[] = {
+        {"structure", &Outline::structure},
+        {"schedule", &Outline::schedule},
+        {"resources", &Outline::resources},
+        {"assignments", &Outline::assignments},
+    };
     for (const auto& [name, trip] : s_first) {
-        const std::string structure = structureDifference(trip);
-        comparison.check(name, "structure", "", structure.empty(), structure);
-        const std::string schedule = scheduleDifference(trip);
-        comparison.check(name, "schedule", "", schedule.empty(), schedule);
+        for (const auto& [field, part] : parts) {
+            const std::string changed = partDifference(trip, part);
+            comparison.check(name, field, "", changed.empty(), changed);
+        }
+        const std::string work = trip.failure.empty() ? difference(trip.mapped, trip.written) : trip.failure;
+        comparison.check(name, "assignment work", "", work.empty(), work);
     }
     for (const auto& [name, trip] : s_second) {
-        const std::string changed = structureDifference(trip) + scheduleDifference(trip);
+        std::string changed;
+        for (const auto& [field, part] : parts) {
+            changed += partDifference(trip, part);
+        }
         comparison.check(name, "second round", "", changed.empty(), changed);
     }
     std::cout << comparison.summary();

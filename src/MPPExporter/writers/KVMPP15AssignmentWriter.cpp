@@ -1,0 +1,486 @@
+#include "MPPExporter/writers/KVMPP15AssignmentWriter.h"
+
+#include "MPPCommon/support/Log.h"
+#include "MPPCommon/support/TVException.h"
+#include "MPPExporter/MPPObjects/KVMPPCalendar.h"
+#include "MPPExporter/MPPObjects/KVMPPProject.h"
+#include "MPPExporter/writers/KVMPP15TaskWriter.h"
+#include "MPPExporter/writers/MPPFieldWrites.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+using enum MPPFieldBlock;
+
+// The assignment record of the fixed data, as applications 15 and 16 write it. The fields that the
+// readers read are placed by the catalogue; these are the words around them that only the writer knows.
+constexpr size_t kRecordSize = 110;
+constexpr size_t kWorkAgainOffset = 36;
+constexpr size_t kStartAgainOffsets[] = {60, 104};
+constexpr size_t kActualCostOffset = 76;
+constexpr size_t kRemainingCostOffset = 84;
+constexpr size_t kWorkFormatOffset = 92;
+constexpr uint16_t kWorkFormatHours = 7;
+// The resource word of an assignment without a resource.
+constexpr uint32_t kNoResource = 0xFFFF0001;
+
+constexpr size_t kMetaEntrySize = 34;
+constexpr size_t kMetaEntryStart = 8;
+constexpr uint32_t kFreeSlotMark = 2;
+
+constexpr size_t kFixed2MetaEntrySize = 53;
+constexpr size_t kFixed2BaselineMarkOffset = 35;
+constexpr size_t kFixed2BitmapOffset = 36;
+constexpr size_t kFixed2BitmapSize = 17;
+// The GUID of the unassigned resource.
+constexpr MPPGuid kNoResourceGuid = {0x78, 0x8B, 0xCB, 0xA0, 0x8C, 0x2A, 0x6D, 0x43,
+                                     0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xFF};
+
+constexpr uint16_t kVarMetaEnding = 0x0F40;
+
+// Element types of the variable data. The planned work holds the timephased block that the reader
+// reads by the catalogue; the others no reader reads.
+constexpr uint32_t kBaselineWorkType = 0x10;
+constexpr uint32_t kBaselineCostType = 0x20;
+constexpr uint32_t kCompleteWorkType = 0x32;
+constexpr uint32_t kNotesType = 0x47;
+constexpr uint32_t kBaselineStartType = 0x92;
+constexpr uint32_t kBaselineFinishType = 0x93;
+constexpr uint32_t kBaselineCostAgainType = 0x10B;
+constexpr uint32_t kBaselineGroupBase = 0x121;
+constexpr uint32_t kBaselineGroupStep = 9;
+constexpr uint32_t kStreamDateType = 0x27A;
+constexpr uint32_t kBlankType = 0x29B;
+constexpr uint32_t kBaselineTailTypes[] = {0x2A1, 0x2A2};
+constexpr int64_t kMaxBaselines = 10;
+
+// The timephased block: its header words, and the rate word of each stretch.
+constexpr uint16_t kBlockHeaderWord = 32;
+constexpr uint32_t kBlockHeaderSize = 44;
+constexpr double kBlockRate = 160000.0;
+constexpr double kCompleteRate = 10000.0;
+constexpr uint16_t kFirstStretchMarks[] = {0x2BF0, 0x18};
+// Working time in the block is counted in 80ths of a minute.
+constexpr int64_t kUnitsPerMinute = 80;
+
+// -1.0e-6, the value that the application keeps in unset baseline figures.
+constexpr double kUnsetFigure = -1.0e-6;
+
+// Work in seconds as thousandths of a minute.
+double work(double seconds) {
+    return seconds * 100.0 / 6.0;
+}
+
+std::optional<TVDate> wallClock(std::optional<TVDate> date) {
+    return date ? std::optional(KVMPPData::wallClock(*date)) : std::nullopt;
+}
+
+// A count of 80ths of a minute as the block's 32-bit word: negative or NaN counts give 0 and counts
+// beyond the word its largest value, so that no conversion is undefined.
+uint32_t blockWord(double units) {
+    if (!(units > 0)) {
+        return 0;
+    }
+    return units >= static_cast<double>(std::numeric_limits<uint32_t>::max())
+               ? std::numeric_limits<uint32_t>::max()
+               : static_cast<uint32_t>(units);
+}
+
+const KVMPPResource* resourceOf(const KVMPPAssignment& assignment) {
+    return assignment.resource.object();
+}
+
+const KVMPPTask& taskOf(const KVMPPAssignment& assignment) {
+    const KVMPPTask* task = assignment.task.object();
+    tvAssert(task != nullptr, "An assignment without its task reached the writer.");
+    return *task;
+}
+
+void append(std::vector<uint8_t>& bytes, auto value) {
+    const size_t at = bytes.size();
+    bytes.resize(at + sizeof(value));
+    encodeMPPNumber(value, std::span(bytes).subspan(at));
+}
+
+} // namespace
+
+void KVMPP15AssignmentWriter::preprocessProject(KVMPPProject& project) {
+    std::erase_if(project.assignments,
+                  [](const auto& assignment) { return assignment->task.object() == nullptr; });
+    std::stable_sort(project.assignments.begin(), project.assignments.end(),
+                     [](const auto& a, const auto& b) { return a->ID < b->ID; });
+    uint64_t id = 0;
+    for (const auto& assignment : project.assignments) {
+        assignment->ID = ++id;
+        const KVMPPTask& task = taskOf(*assignment);
+        // The work and cost figures stay those the mapping gave the assignment: taking its resource's
+        // totals would give each assignment of a resource the work of all of them, and taking the task's
+        // work as remaining work would undo the progress. An assignment without a resource has no cost of
+        // its own and takes its task's.
+        if (resourceOf(*assignment) == nullptr) {
+            assignment->cost = task.cost;
+            assignment->actualCost = task.actualCost;
+            assignment->remainingCost = task.remainingCost;
+        }
+        // An assignment without dates of its own spans its task: the timephased block counts its
+        // stretches from the assignment's start, which the reader needs to place them.
+        if (!assignment->startDate) {
+            assignment->startDate = task.startDate;
+        }
+        if (!assignment->finishDate) {
+            assignment->finishDate = task.endDate;
+        }
+        assignment->levelingDelay = task.levelingDelay;
+        assignment->leveledStart = task.leveledStart;
+        if (!assignment->baselines.empty()) {
+            assignment->baseline0 = assignment->baselines.front();
+            assignment->baselines.erase(assignment->baselines.begin());
+        }
+    }
+}
+
+bool KVMPP15AssignmentWriter::writeDataForProject(const KVMPPProject* project) {
+    return regenerate(project, [this] {
+        writeVar2Data();
+        writeVarMeta();
+        writeFixedData();
+        writeFixedMeta();
+        writeFixed2Data();
+        writeFixed2Meta();
+        cloneChildStreamFromTemplate("Props");
+    });
+}
+
+std::map<uint64_t, const KVMPPAssignment*> KVMPP15AssignmentWriter::assignmentsByID() const {
+    std::map<uint64_t, const KVMPPAssignment*> byID;
+    for (const auto& assignment : project().assignments) {
+        byID.emplace(assignment->ID, assignment.get());
+    }
+    return byID;
+}
+
+std::array<double, 5> KVMPP15AssignmentWriter::workFigures(const KVMPPAssignment& assignment) {
+    const KVMPPResource* resource = resourceOf(assignment);
+    if (resource == nullptr || resource->getResourceType() != 1) {
+        return {assignment.assignmentUnits, work(assignment.work), work(assignment.actualWork),
+                work(assignment.work), work(assignment.remainingWork)};
+    }
+    // The reader takes a material's amount in the same hundredths of a percent as the units of work,
+    // so the units stand as they are; the work figures count the amount.
+    const double amount = assignment.assignmentUnits / 10000.0 * 60.0 * 1000.0;
+    // The share done; an assignment without work has done none of it, where the division would give
+    // NaN or an infinity.
+    const double done =
+        assignment.work != 0 ? (assignment.work - assignment.remainingWork) / assignment.work : 0.0;
+    return {assignment.assignmentUnits, amount, done * amount, amount, amount * (1.0 - done)};
+}
+
+std::vector<uint8_t> KVMPP15AssignmentWriter::plannedWork(const KVMPPAssignment& assignment) {
+    const std::vector<KVMPPAssignmentPhase>& phases = assignment.assignmentPhases;
+    const double remaining = work(assignment.remainingWork);
+    const uint32_t span = assignment.startDate && assignment.finishDate
+                              ? blockWord(static_cast<double>(KVMPPCalendar::workingTimeFromDate(
+                                              *assignment.startDate, *assignment.finishDate)) *
+                                          kUnitsPerMinute)
+                              : 0;
+    std::vector<uint8_t> bytes;
+    append(bytes, static_cast<uint16_t>(phases.empty() ? 0 : 2 * phases.size() - 1));
+    append(bytes, kBlockHeaderWord);
+    append(bytes, kBlockHeaderSize);
+    append(bytes, kBlockRate);
+    append(bytes, remaining);
+    append(bytes, span);
+    append(bytes, uint32_t{0});
+    if (phases.empty()) {
+        for (uint32_t word : {1u, 0u, 0u}) {
+            append(bytes, word);
+        }
+        if (assignment.actualWork > 0) {
+            for (int i = 0; i < 2; ++i) {
+                append(bytes, remaining);
+                append(bytes, kBlockRate);
+                append(bytes, uint64_t{0});
+                append(bytes, span);
+            }
+        } else {
+            bytes.resize(bytes.size() + 28, 0);
+        }
+        return bytes;
+    }
+    // A record per stretch start and per stretch end but the last: the working time from the start
+    // and the work done up to the end of the stretch.
+    append(bytes, uint64_t{0});
+    double done = 0;
+    for (size_t i = 0; i < phases.size(); ++i) {
+        const KVMPPAssignmentPhase& phase = phases[i];
+        done += phase.work * 1000.0 / 60.0;
+        append(bytes, blockWord(static_cast<double>(phase.startShift) * kUnitsPerMinute));
+        append(bytes, done);
+        append(bytes, phase.workPerDay);
+        if (i == 0) {
+            append(bytes, kFirstStretchMarks[0]);
+            append(bytes, kFirstStretchMarks[1]);
+        } else {
+            append(bytes, uint32_t{0});
+        }
+        append(bytes, uint32_t{0});
+        if (i + 1 < phases.size()) {
+            append(bytes, blockWord(static_cast<double>(phase.finishShift) * kUnitsPerMinute));
+            append(bytes, done);
+            append(bytes, 0.0);
+            append(bytes, uint64_t{0});
+        }
+    }
+    append(bytes, span);
+    return bytes;
+}
+
+// Variable data.
+
+void KVMPP15AssignmentWriter::writeVar2Data() {
+    m_var2Data = std::make_unique<KVMPPVar2Data>();
+    m_elements = std::make_unique<MPPVarElementList>(*m_var2Data);
+    const auto now = std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch());
+    m_streamDate = TVDate::fromUnixSeconds(now.count());
+    writeStream(kVar2DataStreamName, *m_var2Data, [this] {
+        if (project().assignments.empty()) {
+            writeHeaderElements();
+        }
+        for (const auto& assignment : project().assignments) {
+            writeAssignmentElements(*assignment);
+        }
+    });
+}
+
+void KVMPP15AssignmentWriter::writeHeaderElements() {
+    const uint32_t planned = mppFieldPropertyNumber(layoutVersion(), MPPField::assignmentTimephasedWork);
+    m_elements->add(0, planned, [](KVMPPVar2Data& data) {
+        for (uint16_t word :
+             {0, 0x20, 0x2C, 0x72, 0, 0, 0x8800, 0x4103, 0, 0, 0x4C00, 0x411D, 0x9600, 0, 0, 0}) {
+            data.write2ByteInteger(word);
+        }
+        data.writeInteger(1);
+        data.write2ByteInteger(2);
+        data.writeZeroesBlockOfSize(12);
+        data.write2ByteInteger(0x20);
+        data.writeInteger(0);
+        data.writeInteger(0xFFFFFFFF);
+        data.writeInteger(0x3F);
+        data.writeZeroesBlockOfSize(8);
+    });
+    m_elements->add(0, kStreamDateType, [this](KVMPPVar2Data& data) { data.writeDate(m_streamDate); });
+}
+
+void KVMPP15AssignmentWriter::writeAssignmentElements(const KVMPPAssignment& assignment) {
+    const auto id = static_cast<uint32_t>(assignment.ID);
+    const auto date = [&](uint32_t type, std::optional<TVDate> value) {
+        m_elements->add(id, type, [value](KVMPPVar2Data& data) { data.writeDate(value); });
+    };
+    const std::optional<KVMPPAssignmentBaseline>& baseline = assignment.baseline0;
+    if (baseline) {
+        m_elements->addDouble(id, kBaselineWorkType, work(baseline->work));
+        m_elements->addDouble(id, kBaselineCostType, baseline->cost * 100.0);
+    }
+    const std::vector<uint8_t> planned = plannedWork(assignment);
+    m_elements->add(id, mppFieldPropertyNumber(layoutVersion(), MPPField::assignmentTimephasedWork),
+                    [&planned](KVMPPVar2Data& data) { data.writeData(planned.data(), planned.size()); });
+    if (assignment.actualWork > 0) {
+        // The work done, as the application's files hold it: in thousandths of a minute, and its
+        // working time in 80ths of a minute.
+        const double done = work(assignment.actualWork);
+        const uint32_t time = blockWord(assignment.actualWork / 60.0 * kUnitsPerMinute);
+        m_elements->add(id, kCompleteWorkType, [done, time](KVMPPVar2Data& data) {
+            data.write2ByteInteger(1);
+            data.writeInteger(0x240018);
+            data.write2ByteInteger(0);
+            data.writeDouble(kCompleteRate);
+            data.writeDouble(done);
+            data.writeInteger(time);
+            data.writeInteger(0);
+            for (int i = 0; i < 2; ++i) {
+                data.writeDouble(done);
+                data.writeDouble(kCompleteRate);
+                data.writeInteger(time);
+            }
+        });
+    }
+    if (assignment.notes && !assignment.notes->empty()) {
+        m_elements->add(id, kNotesType, [&assignment](KVMPPVar2Data& data) {
+            data.writeRtfString(*assignment.notes, kMPPDataEncodingASCII);
+        });
+    }
+    if (baseline) {
+        date(kBaselineStartType, baseline->start);
+        date(kBaselineFinishType, baseline->finish);
+        m_elements->addDouble(id, kBaselineCostAgainType, baseline->cost * 100.0);
+    }
+    for (size_t i = 0; i < assignment.baselines.size(); ++i) {
+        if (static_cast<int64_t>(i) >= kMaxBaselines) {
+            throw TVException(kTooManyBaselinesException,
+                              "It is not permitted to write more than 10 baselines");
+        }
+        const KVMPPAssignmentBaseline& saved = assignment.baselines[i];
+        const auto base = kBaselineGroupBase + kBaselineGroupStep * static_cast<uint32_t>(i);
+        m_elements->addDouble(id, base, saved.work * 1000.0 / 60.0);
+        m_elements->addDouble(id, base + 1, saved.cost * 100.0);
+        date(base + 6, saved.start);
+        date(base + 7, saved.finish);
+    }
+    date(kStreamDateType, m_streamDate);
+    m_elements->addZeroes(id, kBlankType, 16);
+    if (baseline) {
+        for (uint32_t type : kBaselineTailTypes) {
+            m_elements->addDouble(id, type, kUnsetFigure);
+        }
+    }
+}
+
+void KVMPP15AssignmentWriter::writeVarMeta() {
+    m_varMeta = std::make_unique<KVMPP15VarMeta>(*m_var2Data, kVarMetaEnding);
+    writeStream(kVarMetaStreamName, *m_varMeta, [this] { m_elements->writeMeta(*m_varMeta); });
+}
+
+// Fixed data.
+
+void KVMPP15AssignmentWriter::writeFixedData() {
+    m_fixedData = std::make_unique<KVMPPFixedData>();
+    writeStream(kFixedDataStreamName, *m_fixedData, [this] {
+        const auto byID = assignmentsByID();
+        const uint64_t last = byID.empty() ? 0 : byID.rbegin()->first;
+        for (uint64_t number = 1; number <= last; ++number) {
+            const auto found = byID.find(number);
+            if (found != byID.end()) {
+                writeAssignmentFixedData(*found->second);
+                continue;
+            }
+            m_fixedData->startNewElement();
+            m_fixedData->writeInteger(static_cast<uint32_t>(number));
+            m_fixedData->writeZeroesBlockOfSize(kRecordSize - 4);
+            m_fixedData->closeCurrentElement();
+        }
+    });
+}
+
+void KVMPP15AssignmentWriter::writeAssignmentFixedData(const KVMPPAssignment& assignment) {
+    std::array<uint8_t, kRecordSize> record{};
+    const std::span<uint8_t> bytes(record);
+    const auto put = [&](MPPField field, const MPPFieldValue& value) {
+        putMPPField(layoutVersion(), bytes, fixed, field, value);
+    };
+    const KVMPPResource* resource = resourceOf(assignment);
+    encodeMPPNumber(static_cast<uint32_t>(assignment.ID), bytes);
+    put(MPPField::assignmentTaskUID, static_cast<int64_t>(taskOf(assignment).ID));
+    put(MPPField::assignmentResourceUID, resource != nullptr ? static_cast<int64_t>(resource->ID)
+                                                             : int64_t{static_cast<int32_t>(kNoResource)});
+    const std::array<double, 5> figures = workFigures(assignment);
+    // The catalogue reads units in hundredths.
+    put(MPPField::assignmentUnits, figures[0] / 100.0);
+    put(MPPField::assignmentWork, figures[1]);
+    put(MPPField::assignmentActualWork, figures[2]);
+    encodeMPPNumber(figures[3], bytes.subspan(kWorkAgainOffset));
+    put(MPPField::assignmentRemainingWork, figures[4]);
+    const std::optional<TVDate> start = wallClock(assignment.startDate);
+    put(MPPField::assignmentStart, start);
+    put(MPPField::assignmentFinish, wallClock(assignment.finishDate));
+    for (size_t offset : kStartAgainOffsets) {
+        encodeMPPTimestamp(start, bytes.subspan(offset));
+    }
+    put(MPPField::assignmentCost, assignment.cost);
+    encodeMPPHundredths(assignment.actualCost, bytes.subspan(kActualCostOffset));
+    encodeMPPHundredths(assignment.remainingCost, bytes.subspan(kRemainingCostOffset));
+    // The files of applications 15 and 16 hold the work format here and zeros behind it.
+    encodeMPPNumber(kWorkFormatHours, bytes.subspan(kWorkFormatOffset));
+    tvLog(stringWithFormat("+++ curAssignment: %llu, work: %f resource: %llu",
+                           static_cast<unsigned long long>(assignment.ID), assignment.work,
+                           static_cast<unsigned long long>(resource != nullptr ? resource->ID : 0)));
+    m_fixedData->startNewElement();
+    m_fixedData->writeData(record.data(), record.size());
+    m_fixedData->closeCurrentElement();
+}
+
+void KVMPP15AssignmentWriter::writeFixedMeta() {
+    m_fixedMeta = std::make_unique<KVMPPFixedMeta>(*m_fixedData);
+    writeStream(kFixedMetaStreamName, *m_fixedMeta, [this] {
+        m_fixedMeta->writeMetaHeader();
+        const auto byID = assignmentsByID();
+        const uint64_t last = byID.empty() ? 0 : byID.rbegin()->first;
+        for (uint64_t number = 1; number <= last; ++number) {
+            const auto found = byID.find(number);
+            if (found != byID.end()) {
+                writeAssignmentFixedMeta(*found->second);
+                continue;
+            }
+            m_fixedMeta->writeNextElementStartWithInt(kFreeSlotMark);
+            m_fixedMeta->writeInteger(1);
+            m_fixedMeta->writeZeroesBlockOfSize(kMetaEntrySize - 12);
+        }
+    });
+}
+
+void KVMPP15AssignmentWriter::writeAssignmentFixedMeta(const KVMPPAssignment& assignment) {
+    const bool saved = assignment.baseline0.has_value();
+    std::array<uint8_t, kMetaEntrySize> entry{};
+    entry[8] = 0xF1;
+    entry[9] = 0xFF;
+    entry[10] = assignment.assignmentPhases.empty() ? 0x23 : 0x27;
+    entry[11] = 0xF0;
+    entry[12] = 0x69;
+    entry[13] = saved ? 0x80 : 0;
+    entry[14] = saved ? 0xC3 : 0x02;
+    entry[15] = saved ? 0x03 : 0;
+    entry[32] = saved ? 0x40 : 0;
+    m_fixedMeta->writeNextElementStartWithInt(saved ? 0xC0000 : 0x40000);
+    m_fixedMeta->writeData(entry.data() + kMetaEntryStart, kMetaEntrySize - kMetaEntryStart);
+}
+
+// Second fixed data.
+
+void KVMPP15AssignmentWriter::writeFixed2Data() {
+    m_fixed2Data = std::make_unique<KVMPPFixedData>();
+    writeStream(kFixed2DataStreamName, *m_fixed2Data, [this] {
+        for (const auto& assignment : project().assignments) {
+            const KVMPPResource* resource = resourceOf(*assignment);
+            m_fixed2Data->startNewElement();
+            m_fixed2Data->writeGUID(assignment->getGUID());
+            m_fixed2Data->writeGUID(taskOf(*assignment).getGUID());
+            m_fixed2Data->writeGUID(resource != nullptr ? resource->getGUID() : kNoResourceGuid);
+            m_fixed2Data->closeCurrentElement();
+        }
+    });
+}
+
+void KVMPP15AssignmentWriter::writeFixed2Meta() {
+    m_fixed2Meta = std::make_unique<KVMPPFixedMeta>(*m_fixed2Data);
+    writeStream(kFixed2MetaStreamName, *m_fixed2Meta, [this] {
+        m_fixed2Meta->writeMetaHeader();
+        for (const auto& assignment : project().assignments) {
+            writeAssignmentFixed2Meta(*assignment);
+        }
+    });
+}
+
+void KVMPP15AssignmentWriter::writeAssignmentFixed2Meta(const KVMPPAssignment& assignment) {
+    std::array<uint8_t, kFixed2MetaEntrySize> entry{};
+    entry[8] = 0xCF;
+    entry[kFixed2BaselineMarkOffset] = assignment.baseline0 ? 0xC2 : 0x02;
+    uint8_t* bitmap = entry.data() + kFixed2BitmapOffset;
+    if (!assignment.baselines.empty()) {
+        bitmap[15] = 0x80;
+        bitmap[16] = 2;
+    }
+    if (assignment.baseline0) {
+        bitmap[16] = 4;
+    }
+    for (size_t k = 0; k < assignment.baselines.size() && 6 + k < kFixed2BitmapSize; ++k) {
+        bitmap[k / 2] |= k % 2 == 1 ? 0xC0 : 0x0C;
+        bitmap[5 + k] |= 0x78;
+        bitmap[6 + k] |= 0x03;
+    }
+    m_fixed2Meta->writeNextElementStartWithInt(0);
+    m_fixed2Meta->writeData(entry.data() + kMetaEntryStart, kFixed2MetaEntrySize - kMetaEntryStart);
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "MPPExporter/writers/KVMPPWriter.h"
+#include "MPPExporter/writers/MPPVarElementList.h"
+
+#include <cstdint>
+#include <memory>
+
+class KVMPPResource;
+
+// Exception names of the resource writer.
+inline constexpr const char* kUnknownBaselineWorkException = "UnknownBaselineWorkException";
+inline constexpr const char* kUnknownBaselineCostException = "UnknownBaselineCostException";
+
+// Regenerates the storage "TBkndRsc": after three header elements the default resource (ID 0), which
+// the application expects in every plan, then the project's resources in list order, in the fixed,
+// second fixed and variable stream pairs. Fields that the readers read are placed by the catalogue.
+class KVMPP15ResourceWriter : public KVMPPWriter {
+public:
+    using KVMPPWriter::KVMPPWriter;
+
+    bool writeDataForProject(const KVMPPProject* project) override;
+
+    // Drops the mapping's dummy resource (ID 0), for which the default element stands, and makes each
+    // resource's first baseline its Baseline.
+    static void preprocessProject(KVMPPProject& project);
+    // The sheet position word of the n-th resource (from 1; 0 for the default resource): the upper half
+    // of the double n + 1 up to 255, then the table's values, and 0 above 262143.
+    static uint32_t calculateResourcePositionInResourceSheet(uint64_t n);
+    // The property number of the resource's custom text field at a 1-based position; a position outside
+    // 1 to 30 raises kUnknownTextFieldException.
+    static uint32_t getTextFieldTypeForIndex(int64_t position);
+
+private:
+    void writeVar2Data();
+    void writeVarMeta();
+    void writeFixedData();
+    void writeFixedMeta();
+    void writeFixed2Data();
+    void writeFixed2Meta();
+    void writeProps();
+
+    void writeCommonElements(uint32_t id);
+    void writeResourceElements(const KVMPPResource& resource);
+    void writeResourceFixedData(const KVMPPResource& resource, bool isDefault);
+    void writeResourceFixedMeta(const KVMPPResource& resource, bool isDefault);
+    void writeResourceFixed2Meta(const KVMPPResource& resource, bool isDefault);
+    // Whether the project's first task keeps a list of baselines, and whether it has its Baseline.
+    bool firstTaskHasBaselineList() const;
+    bool firstTaskHasBaseline0() const;
+
+    std::unique_ptr<MPPVarElementList> m_elements;
+};

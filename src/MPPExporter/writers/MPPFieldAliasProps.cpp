@@ -1,0 +1,50 @@
+#include "MPPExporter/writers/MPPFieldAliasProps.h"
+
+#include "MPPExporter/writers/KVMPPOffsetMarkedData.h"
+
+namespace {
+
+constexpr uint32_t kCustomNamesType = 0x4400001;
+constexpr size_t kAliasSize = 104;
+
+// The names in UTF-16, each padded to the alias size; its element offsets place them.
+void writeAliases(KVMPPOffsetMarkedData& aliases, const std::vector<std::string>& names) {
+    for (const std::string& name : names) {
+        aliases.startNewElement();
+        const uint64_t start = aliases.dataSize();
+        aliases.writeString(name, kMPPDataEncodingUTF16LE);
+        const uint64_t written = aliases.dataSize() - start;
+        if (written < kAliasSize) {
+            aliases.writeZeroesBlockOfSize(kAliasSize - written);
+        }
+        aliases.closeCurrentElement();
+    }
+}
+
+} // namespace
+
+void writeFieldAliasElement(KVMPPProps& props, const std::vector<std::string>& names,
+                            const std::function<uint32_t(int64_t)>& typeForIndex, uint16_t varMetaEnding,
+                            std::span<const uint32_t> trailer) {
+    props.startNewElementForType(kCustomNamesType, 0);
+    const uint64_t sizesAt = props.dataSize();
+    props.writeInteger(0);
+    props.writeInteger(0);
+    const auto count = static_cast<uint32_t>(names.size());
+    props.writeInteger(count);
+    KVMPPOffsetMarkedData aliases;
+    writeAliases(aliases, names);
+    for (uint32_t p = 1; p <= count; ++p) {
+        props.write2ByteInteger(static_cast<uint16_t>(typeForIndex(p)));
+        props.write2ByteInteger(varMetaEnding);
+        props.writeInteger(count * 8 + 8 + static_cast<uint32_t>(aliases.offsetOfElementAtIndex(p - 1)));
+    }
+    props.writeData(aliases.data().data(), aliases.dataSize());
+    const auto size = static_cast<uint32_t>(props.dataSize() - sizesAt - 4);
+    props.writeInteger(size, sizesAt);
+    props.writeInteger(size, sizesAt + 4);
+    for (uint32_t word : trailer) {
+        props.writeInteger(word);
+    }
+    props.closeCurrentElement();
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "MPPImporter/format/MPPFieldCatalog.h"
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+// Writing catalogue fields where the readers read them: each field by its row, in the layout of the
+// template's application (`layoutVersion`, 15 or 16), which a file of that application also saves.
+
+// Encodes `value` into `record`, a record of `block`, at the field's offset.
+void putMPPField(int32_t layoutVersion, std::span<uint8_t> record, MPPFieldBlock block, MPPField field,
+                 const MPPFieldValue& value);
+// The property number under which the layout keeps a field of the variable data.
+uint32_t mppFieldPropertyNumber(int32_t layoutVersion, MPPField field);
+// The payload of a field's variable data element: its encoded value, text with its NUL.
+std::vector<uint8_t> encodeMPPFieldPayload(int32_t layoutVersion, MPPField field, const MPPFieldValue& value);
