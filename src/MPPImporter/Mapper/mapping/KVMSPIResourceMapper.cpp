@@ -13,6 +13,7 @@
 #include "MPPImporter/readers/KVMSPIMPPProjectReader.h"
 #include "MPPImporter/readers/KVMSPISingleResourceReader.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace {
@@ -61,7 +62,7 @@ KVMSPIResourceMapper::ElementPtr KVMSPIResourceMapper::newResourceFromMSPResourc
     }
     addUserData(mspResource, *resource);
     addCosts(mspResource, *resource, costResource);
-    addUnitsAvailable(mspResource, *resource, material);
+    addUnitsAvailable(mspResource, *resource, material, costResource);
     addSchedule(mspResource, *resource);
     addTextChild(*resource, element::kEmailAddress, queryString(mspResource, "EmailAddress"));
     return resource;
@@ -93,17 +94,20 @@ void KVMSPIResourceMapper::addCosts(KVMSPIXQuery& mspResource, KVMSPCXMLElement&
     addTextChild(resource, kCostPerHour, queryString(mspResource, "StandardRate"));
 }
 
-// Staff are available by their maximum units; a material by the sum of its assignments' units.
+// Staff are available by their maximum units; a material by the sum of what its assignments' `units`
+// hold: their quantities (the "Units" leaf), or their costs for a cost resource. Summing the raw
+// percentages instead would make a material's availability a hundred times its quantity, so that a
+// plan exported from a bundle came back with every material's availability multiplied by 100.
 void KVMSPIResourceMapper::addUnitsAvailable(KVMSPIXQuery& mspResource, KVMSPCXMLElement& resource,
-                                             bool material) const {
+                                             bool material, bool costResource) const {
     double units = 0.0;
     if (!material) {
         units = queryFloat(mspResource, "MaxUnits").value_or(1.0);
     } else if (const auto uid = queryInt(mspResource, "UID")) {
         const auto query =
-            stringWithFormat("Assignments/Assignment[ResourceUID=%lld]/Units", static_cast<long long>(*uid));
-        for (const auto& assignmentUnits : queryObjectsOrEmpty(*_mapper.mspProject(), query)) {
-            units += queryFloat(*assignmentUnits, ".").value_or(0.0);
+            stringWithFormat("Assignments/Assignment[ResourceUID=%lld]", static_cast<long long>(*uid));
+        for (const auto& assignment : queryObjectsOrEmpty(*_mapper.mspProject(), query)) {
+            units += std::max(0.0, queryFloat(*assignment, costResource ? "Cost" : "Units").value_or(0.0));
         }
     }
     resource.addChildElementWithName(tvnx::element::kUnitsAvailable, stringWithFormat("%f", units));

@@ -22,7 +22,8 @@ public:
 private:
     void addUserData(KVMSPIXQuery& mspResource, KVMSPCXMLElement& resource);
     void addCosts(KVMSPIXQuery& mspResource, KVMSPCXMLElement& resource, bool costResource) const;
-    void addUnitsAvailable(KVMSPIXQuery& mspResource, KVMSPCXMLElement& resource, bool material) const;
+    void addUnitsAvailable(KVMSPIXQuery& mspResource, KVMSPCXMLElement& resource, bool material,
+                           bool costResource) const;
     void addSchedule(KVMSPIXQuery& mspResource, KVMSPCXMLElement& resource) const;
 
     int64_t _mspResourceUID = -1;
