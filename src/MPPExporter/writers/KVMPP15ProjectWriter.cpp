@@ -1,5 +1,6 @@
 #include "MPPExporter/writers/KVMPP15ProjectWriter.h"
 
+#include "MPPExporter/writers/KVMPP15CalendarWriter.h"
 #include "MPPExporter/writers/KVMPP15TaskWriter.h"
 #include "MPPExporter/writers/KVMPPFileReader.h"
 #include "MPPExporter/writers/KVMPPFileWriter.h"
@@ -30,6 +31,7 @@ bool KVMPP15ProjectWriter::writeProject(KVMPPProject& project, const std::string
 
 void KVMPP15ProjectWriter::preprocessProject(KVMPPProject& project) {
     KVMPP15TaskWriter::preprocessProject(project);
+    KVMPP15CalendarWriter::preprocessProject(project);
 }
 
 bool KVMPP15ProjectWriter::walkTemplate(const KVMPPProject& project, const std::string& mppPath,

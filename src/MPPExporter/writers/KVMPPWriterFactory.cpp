@@ -1,5 +1,6 @@
 #include "MPPExporter/writers/KVMPPWriterFactory.h"
 
+#include "MPPExporter/writers/KVMPP15CalendarWriter.h"
 #include "MPPExporter/writers/KVMPP15ConsstraintWriter.h"
 #include "MPPExporter/writers/KVMPP15ProjectPropsWriter.h"
 #include "MPPExporter/writers/KVMPP15TaskWriter.h"
@@ -19,6 +20,10 @@ KVMPPWriterFactory::createMPPExporterWithReader(std::unique_ptr<KVMPPFormatReade
     if (writer->getParentName() == k114DirectoryName && writer->isDirectory()) {
         if (writer->getName() == kTaskStorageName) {
             return std::make_unique<KVMPP15TaskWriter>(std::move(writer), std::move(reader), layoutVersion);
+        }
+        if (writer->getName() == kCalendarStorageName) {
+            return std::make_unique<KVMPP15CalendarWriter>(std::move(writer), std::move(reader),
+                                                           layoutVersion);
         }
         if (writer->getName() == kConstraintStorageName) {
             return std::make_unique<KVMPP15ConsstraintWriter>(std::move(writer), std::move(reader),
