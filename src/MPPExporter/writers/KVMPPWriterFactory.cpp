@@ -2,7 +2,9 @@
 
 #include "MPPExporter/writers/KVMPP15CalendarWriter.h"
 #include "MPPExporter/writers/KVMPP15ConsstraintWriter.h"
+#include "MPPExporter/writers/KVMPP15DocumentSummaryInformationWriter.h"
 #include "MPPExporter/writers/KVMPP15ProjectPropsWriter.h"
+#include "MPPExporter/writers/KVMPP15SummaryInformationWriter.h"
 #include "MPPExporter/writers/KVMPP15TaskWriter.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 
@@ -16,6 +18,14 @@ KVMPPWriterFactory::createMPPExporterWithReader(std::unique_ptr<KVMPPFormatReade
          (writer->getParentName() == k114DirectoryName && writer->getName() == kDataPropsStreamName))) {
         return std::make_unique<KVMPP15ProjectPropsWriter>(std::move(writer), std::move(reader),
                                                            layoutVersion);
+    }
+    if (!writer->isDirectory() && writer->getName() == kSummaryInfoFileName) {
+        return std::make_unique<KVMPP15SummaryInformationWriter>(std::move(writer), std::move(reader),
+                                                                 layoutVersion);
+    }
+    if (!writer->isDirectory() && writer->getName() == kDocSummaryInfoFileName) {
+        return std::make_unique<KVMPP15DocumentSummaryInformationWriter>(std::move(writer), std::move(reader),
+                                                                         layoutVersion);
     }
     if (writer->getParentName() == k114DirectoryName && writer->isDirectory()) {
         if (writer->getName() == kTaskStorageName) {
