@@ -1,5 +1,8 @@
+#include "MPPCommon/date/DateExtensions.h"
 #include "MPPCommon/support/Log.h"
+#include "MPPCommon/support/TVException.h"
 #include "MPPCommon/xml/KVMSPCXMLDocument.h"
+#include "MPPExporter/Mappers/KVMSPECalendarExceptions.h"
 #include "support/CorpusComparison.h"
 #include "support/TestSupport.h"
 
@@ -13,7 +16,8 @@
 
 // Exports real plans as the program does: each plan of the corpus is imported, its bundle exported
 // through a template, and the exported file imported again; the two bundles must hold the same task
-// outline, dates and links, and every stream of the exported file must read in olefile.
+// outline, dates and links, the same project week and calendar exceptions, and every stream of the
+// exported file must read in olefile.
 
 namespace {
 
@@ -50,17 +54,73 @@ std::string wallClock(const std::string& date) {
 
 // The task outline of a bundle's actual plan, one line per task in outline order. The structure
 // holds depth, title and the links by the outline position of their prerequisite, sorted, since
-// their order means nothing; the schedule holds each task's kind and dates.
+// their order means nothing; the schedule holds each task's kind and dates. The week holds the
+// working times of each week day of the project's schedule, the exceptions its exception calendars
+// as stretches of days that don't overlap, each with its working times, in the form the export takes
+// them, and the recurrence rules of their events.
 struct Outline {
     std::vector<std::string> structure;
     std::vector<std::string> schedule;
+    std::vector<std::string> week;
+    std::vector<std::string> exceptions;
 };
+
+// The project's schedule: that of the top resource.
+ElementPtr projectSchedule(const KVMSPCXMLElement& root) {
+    const ElementPtr top = child(root, "top-resource");
+    for (const ElementPtr& resource : root.elementsForName("resource")) {
+        if (top && attribute(*resource, "id") == attribute(*top, "idref")) {
+            return child(*resource, "schedule");
+        }
+    }
+    return nullptr;
+}
+
+void readCalendar(const KVMSPCXMLElement& schedule, Outline& result) {
+    for (const ElementPtr& day : schedule.elementsForName("schedule-day")) {
+        std::string line = attribute(*day, "day-of-week");
+        for (const ElementPtr& span : day->elementsForName("time-span")) {
+            line += " " + attribute(*span, "start-time") + "-" + attribute(*span, "end-time");
+        }
+        result.week.push_back(line);
+    }
+    for (const ElementPtr& calendar : schedule.elementsForName("calendar")) {
+        KVMSPECalendarExceptions exceptions(*calendar);
+        try {
+            exceptions.mapEvents();
+        } catch (const TVException& exception) {
+            result.exceptions.push_back("unmapped: " + exception.reason());
+            continue;
+        }
+        for (int64_t index = 0; index < exceptions.exceptionsCount(); ++index) {
+            TVDate from;
+            TVDate to;
+            int64_t times = 0;
+            exceptions.exception(index, &from, &to, nullptr);
+            exceptions.exception(index, &times);
+            std::string line =
+                attribute(*calendar, "name") + " " + initWithDateTime(from) + " " + initWithDateTime(to);
+            for (int64_t time = 0; time < times; ++time) {
+                double start = 0;
+                double end = 0;
+                exceptions.exception(index, time, &start, &end);
+                line += stringWithFormat(" %.0f-%.0f", start, end);
+            }
+            result.exceptions.push_back(line);
+        }
+        for (const ElementPtr& event : calendar->elementsForName("event")) {
+            if (const std::string rule = attribute(*event, "rrule"); !rule.empty()) {
+                result.exceptions.push_back("repeated " + attribute(*event, "start") + " " + rule);
+            }
+        }
+    }
+}
 
 Outline outline(const fs::path& bundle) {
     TVError error;
     const auto document = KVMSPCXMLDocument::initWithContentsOfURL(bundle / "Actual.xml", 0, nullptr, &error);
     if (!document || !document->rootElement()) {
-        return {{"no actual plan"}, {}};
+        return {{"no actual plan"}, {}, {}, {}};
     }
     std::map<std::string, ElementPtr> tasks;
     for (const ElementPtr& task : document->rootElement()->elementsForName("task")) {
@@ -82,6 +142,9 @@ Outline outline(const fs::path& bundle) {
     walk(walk, attribute(*child(*document->rootElement(), "top-task"), "idref"), 0);
 
     Outline result;
+    if (const ElementPtr schedule = projectSchedule(*document->rootElement())) {
+        readCalendar(*schedule, result);
+    }
     for (const auto& [depth, task] : order) {
         std::vector<std::string> links;
         for (const ElementPtr& link : task->elementsForName("prerequisite-task")) {
@@ -124,13 +187,13 @@ std::vector<fs::path> bundlesIn(const fs::path& folder) {
     return bundles;
 }
 
-// The first line where two outlines differ.
+// The first line where two outlines differ (a task, a week day or an exception).
 std::string difference(const std::vector<std::string>& first, const std::vector<std::string>& second) {
     for (size_t i = 0; i < std::max(first.size(), second.size()); ++i) {
         const std::string a = i < first.size() ? first[i] : "(none)";
         const std::string b = i < second.size() ? second[i] : "(none)";
         if (a != b) {
-            return "task " + std::to_string(i) + ": " + a + "\n    <> " + b;
+            return "line " + std::to_string(i) + ": " + a + "\n    <> " + b;
         }
     }
     return "";
@@ -241,8 +304,16 @@ std::string scheduleDifference(const RoundTrip& trip) {
     return trip.failure.empty() ? difference(trip.before.schedule, trip.after.schedule) : trip.failure;
 }
 
-// Each plan's round trip as the fields "structure" (outline and links) and "schedule" (kinds and
-// dates), and the second round's as "second round".
+std::string weekDifference(const RoundTrip& trip) {
+    return trip.failure.empty() ? difference(trip.before.week, trip.after.week) : trip.failure;
+}
+
+std::string exceptionsDifference(const RoundTrip& trip) {
+    return trip.failure.empty() ? difference(trip.before.exceptions, trip.after.exceptions) : trip.failure;
+}
+
+// Each plan's round trip as the fields "structure" (outline and links), "schedule" (kinds and dates),
+// "week" and "exceptions" (the project's calendar), and the second round's as "second round".
 TEST_F(ExportCorpusTest, EveryImportedPlanComesBackTheSame) {
     TVMSP_REQUIRE_CORPUS();
     testsupport::CorpusComparison comparison("tool/frontend/ExportCorpusTest.manifest", 1100);
@@ -251,9 +322,14 @@ TEST_F(ExportCorpusTest, EveryImportedPlanComesBackTheSame) {
         comparison.check(name, "structure", "", structure.empty(), structure);
         const std::string schedule = scheduleDifference(trip);
         comparison.check(name, "schedule", "", schedule.empty(), schedule);
+        const std::string week = weekDifference(trip);
+        comparison.check(name, "week", "", week.empty(), week);
+        const std::string exceptions = exceptionsDifference(trip);
+        comparison.check(name, "exceptions", "", exceptions.empty(), exceptions);
     }
     for (const auto& [name, trip] : s_second) {
-        const std::string changed = structureDifference(trip) + scheduleDifference(trip);
+        const std::string changed = structureDifference(trip) + scheduleDifference(trip) +
+                                    weekDifference(trip) + exceptionsDifference(trip);
         comparison.check(name, "second round", "", changed.empty(), changed);
     }
     std::cout << comparison.summary();
