@@ -19,7 +19,7 @@ std::string summarySets(const fs::path& file) {
                                "for name in ('\\x05SummaryInformation', '\\x05DocumentSummaryInformation'):\n"
                                "    p = o.getproperties(name)\n"
                                "    p[1] &= 0xFFFF\n"
-        "    cp = 'utf-8' if p[1] == 65001 else 'cp%d' % p[1]\n"
+                               "    cp = 'utf-8' if p[1] == 65001 else 'cp%d' % p[1]\n"
                                "    print(' '.join('%d=%s' % (k, v.decode(cp) if isinstance(v, bytes) else v)"
                                " for k, v in sorted(p.items())))\n";
     return testsupport::commandOutput("/usr/bin/python3 -c " + testsupport::shellQuoted(script) + " " +
