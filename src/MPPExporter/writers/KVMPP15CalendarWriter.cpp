@@ -77,7 +77,11 @@ void KVMPP15CalendarWriter::preprocessProject(KVMPPProject& project) {
     if (!project.calendar.isSet()) {
         project.calendar.setObject(project.standardCalendar);
     }
-    project.defaultResource().calendar.object()->ID = kDefaultResourceCalendarID;
+    // The default resource's calendar was made with the project, before the mapping replaced the
+    // standard calendar: it follows the one that is written.
+    KVMPPCalendar& defaultCalendar = *project.defaultResource().calendar.object();
+    defaultCalendar.ID = kDefaultResourceCalendarID;
+    defaultCalendar.baseCalendar.setObject(project.standardCalendar);
     std::erase(project.baseCalendars, project.standardCalendar);
     uint64_t id = kFirstBaseCalendarID;
     for (const auto& calendar : project.baseCalendars) {

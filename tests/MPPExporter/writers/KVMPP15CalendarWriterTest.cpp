@@ -49,6 +49,9 @@ struct CalendarPlan {
     KVMPPProject project;
 
     CalendarPlan() {
+        // The mapping replaces the project's standard calendar with the bundle's.
+        project.standardCalendar = std::make_shared<KVMPPCalendar>();
+        project.calendar.setObject(project.standardCalendar);
         KVMPPCalendar& standard = *project.standardCalendar;
         standard.isBaseCalendar = true;
         standard.defaultWorkWeek.setWorkRanges(KVMPPCalendarWorkWeek::Ranges{}, 1);
