@@ -55,7 +55,8 @@ void KVMPP15ConsstraintWriter::writeLinkFixedData(const KVMPPConstraint& link, u
     put(MPPField::linkPredecessorUID, static_cast<int64_t>(linkedTask(link.task2).ID));
     put(MPPField::linkTaskUID, static_cast<int64_t>(linkedTask(link.task1).ID));
     put(MPPField::linkType, link.constraintType);
-    put(MPPField::linkLag, static_cast<int64_t>(link.isPercentage ? link.lag * 100.0 : link.lag / 6.0));
+    put(MPPField::linkLag,
+        truncatedMPPInteger<int64_t>(link.isPercentage ? link.lag * 100.0 : link.lag / 6.0));
     put(MPPField::linkLagFormat, link.isPercentage ? kLagFormatPercent : kLagFormatDays);
     m_fixedData->startNewElement();
     m_fixedData->writeData(record.data(), record.size());

@@ -1,6 +1,7 @@
 #include "MPPExporter/writers/KVMPP15ProjectWriter.h"
 
 #include "MPPExporter/writers/KVMPP15AssignmentWriter.h"
+#include "MPPExporter/writers/KVMPP15CalendarWriter.h"
 #include "MPPExporter/writers/KVMPP15ResourceWriter.h"
 #include "MPPExporter/writers/KVMPP15TaskWriter.h"
 #include "MPPExporter/writers/KVMPPFileReader.h"
@@ -32,7 +33,9 @@ bool KVMPP15ProjectWriter::writeProject(KVMPPProject& project, const std::string
 
 void KVMPP15ProjectWriter::preprocessProject(KVMPPProject& project) {
     KVMPP15TaskWriter::preprocessProject(project);
+    // The resources first: the calendar writer numbers a calendar for each resource that stays.
     KVMPP15ResourceWriter::preprocessProject(project);
+    KVMPP15CalendarWriter::preprocessProject(project);
     KVMPP15AssignmentWriter::preprocessProject(project);
 }
 

@@ -96,11 +96,11 @@ constexpr BaselineBits kBaselineBits[] = {
 };
 
 TVTimeSpan microseconds(double seconds) {
-    return static_cast<TVTimeSpan>(seconds * kMicrosecondsPerSecond);
+    return truncatedMPPInteger<TVTimeSpan>(seconds * kMicrosecondsPerSecond);
 }
 
 int64_t percent(double fraction) {
-    return static_cast<int64_t>(fraction * 100.0);
+    return truncatedMPPInteger<int64_t>(fraction * 100.0);
 }
 
 std::optional<TVDate> wallClock(std::optional<TVDate> date) {
@@ -318,7 +318,7 @@ void KVMPP15TaskWriter::writeBaselineGroup1(uint32_t id, const KVMPPTask& task, 
         const double work = isProject ? baseline.work / 60.0 * 1000.0 : baseline.work * 100.0 / 6.0;
         writeDoubleElement(id, baselinePropertyNumber(kTaskBaselineWorkGroupKey, n), work);
         writeIntegerElement(id, baselinePropertyNumber(kTaskBaselineDurationGroupKey, n),
-                            static_cast<uint32_t>(static_cast<int32_t>(baseline.duration / 6.0)));
+                            static_cast<uint32_t>(truncatedMPPInteger<int32_t>(baseline.duration / 6.0)));
         writeShortElement(id, kBaselineMarkGroupBase + step, isProject ? 0x15 : 7);
         writeDoubleElement(id, kBaselineFixedCostGroupBase + step,
                            isProject ? 0.0 : baseline.fixedCost * 100.0);
@@ -366,7 +366,8 @@ void KVMPP15TaskWriter::doWriteVarElements(uint32_t id, const KVMPPTask& task, b
             saved.start = task.startDate;
             saved.finish = task.endDate;
         }
-        writeFieldElement(id, MPPField::taskBaselineDuration, static_cast<int64_t>(saved.duration / 6.0));
+        writeFieldElement(id, MPPField::taskBaselineDuration,
+                          truncatedMPPInteger<int64_t>(saved.duration / 6.0));
         writeFieldElement(id, MPPField::taskBaselineStart, wallClock(saved.start));
         writeFieldElement(id, MPPField::taskBaselineFinish, wallClock(saved.finish));
     }

@@ -204,12 +204,12 @@ void KVMPPData::writeRtfString(const std::string& text, int32_t encoding) {
 }
 
 void KVMPPData::writeDuration(double seconds, int32_t /*units*/) {
-    writeInteger(static_cast<uint32_t>(static_cast<int32_t>(seconds / kSecondsPerTenthOfMinute)));
+    writeInteger(static_cast<uint32_t>(truncatedMPPInteger<int32_t>(seconds / kSecondsPerTenthOfMinute)));
 }
 
 void KVMPPData::writeDuration(double seconds, int32_t units, uint64_t offset) {
     const double length = unitLength(units);
-    const auto value = length > 0.0 ? static_cast<int32_t>(seconds * 10.0 / length) : 0;
+    const int32_t value = length > 0.0 ? truncatedMPPInteger<int32_t>(seconds * 10.0 / length) : 0;
     writeInteger(static_cast<uint32_t>(value), offset);
 }
 

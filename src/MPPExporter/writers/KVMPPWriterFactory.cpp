@@ -1,9 +1,12 @@
 #include "MPPExporter/writers/KVMPPWriterFactory.h"
 
 #include "MPPExporter/writers/KVMPP15AssignmentWriter.h"
+#include "MPPExporter/writers/KVMPP15CalendarWriter.h"
 #include "MPPExporter/writers/KVMPP15ConsstraintWriter.h"
+#include "MPPExporter/writers/KVMPP15DocumentSummaryInformationWriter.h"
 #include "MPPExporter/writers/KVMPP15ProjectPropsWriter.h"
 #include "MPPExporter/writers/KVMPP15ResourceWriter.h"
+#include "MPPExporter/writers/KVMPP15SummaryInformationWriter.h"
 #include "MPPExporter/writers/KVMPP15TaskWriter.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 
@@ -18,9 +21,21 @@ KVMPPWriterFactory::createMPPExporterWithReader(std::unique_ptr<KVMPPFormatReade
         return std::make_unique<KVMPP15ProjectPropsWriter>(std::move(writer), std::move(reader),
                                                            layoutVersion);
     }
+    if (!writer->isDirectory() && writer->getName() == kSummaryInfoFileName) {
+        return std::make_unique<KVMPP15SummaryInformationWriter>(std::move(writer), std::move(reader),
+                                                                 layoutVersion);
+    }
+    if (!writer->isDirectory() && writer->getName() == kDocSummaryInfoFileName) {
+        return std::make_unique<KVMPP15DocumentSummaryInformationWriter>(std::move(writer), std::move(reader),
+                                                                         layoutVersion);
+    }
     if (writer->getParentName() == k114DirectoryName && writer->isDirectory()) {
         if (writer->getName() == kTaskStorageName) {
             return std::make_unique<KVMPP15TaskWriter>(std::move(writer), std::move(reader), layoutVersion);
+        }
+        if (writer->getName() == kCalendarStorageName) {
+            return std::make_unique<KVMPP15CalendarWriter>(std::move(writer), std::move(reader),
+                                                           layoutVersion);
         }
         if (writer->getName() == kConstraintStorageName) {
             return std::make_unique<KVMPP15ConsstraintWriter>(std::move(writer), std::move(reader),

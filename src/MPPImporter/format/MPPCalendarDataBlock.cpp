@@ -1,7 +1,9 @@
 #include "MPPImporter/format/MPPCalendarDataBlock.h"
 
+#include "MPPCommon/support/TVException.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/format/MPPPropertyKeyTables.h"
+#include "MPPImporter/format/MPPValueCodecs.h"
 #include "MPPImporter/format/MPPVersionTables.h"
 
 #include <algorithm>
@@ -33,6 +35,18 @@ constexpr int64_t kParameterOffset2 = 77;
 constexpr int64_t kParameterOffset3 = 78;
 // The exception list starts this many bytes after its count.
 constexpr int64_t kFirstExceptionOffset = 4;
+// Places that only the writing fills: the total length of a record's ranges follows their count; the
+// running totals of the lengths follow the five lengths; the single exception's marks.
+constexpr int64_t kRangeTotalAfterCount = 2;
+constexpr int64_t kRunningTotalsAfterLengths = 4 * MPPCalendarDataBlock::kMaxWorkingRanges;
+constexpr int64_t kExceptionWorkingMarkOffset = 8;
+constexpr int64_t kExceptionNumberOffset = 80;
+constexpr int64_t kExceptionNoRecurrenceOffset = 84;
+// An exception of one stretch of days; the files mark its missing recurrence with all bits set.
+constexpr int32_t kSingleException = 1;
+constexpr uint32_t kNoRecurrence = 0xFFFFFFFF;
+constexpr int16_t kDayHeldInRecord = 0;
+constexpr int16_t kDayFollowsBase = 1;
 // Weekdays are stored from 3 for Sunday.
 constexpr int32_t kStoredWeekdayBase = 3;
 // The weekday mask of a weekly recurrence: bit 0 for Sunday to bit 6 for Saturday. The files keep
@@ -236,4 +250,73 @@ std::optional<bool> MPPCalendarDataBlock::dayHasWorkingRanges(const MPPCalendarR
 bool MPPCalendarDataBlock::dayWorkingTimes(const MPPCalendarRecord& day,
                                            std::vector<MPPWorkingTimeRange>& value) {
     return day.readWorkingRanges(kDayRangeCountOffset, kDayRangeStartsOffset, kDayRangeLengthsOffset, value);
+}
+
+void MPPCalendarDataBlock::encodeWorkingRanges(const std::vector<MPPWorkingTimeRange>& ranges,
+                                               int64_t countOffset, int64_t startsOffset,
+                                               int64_t lengthsOffset, std::span<uint8_t> record) {
+    tvAssert(ranges.size() <= kMaxWorkingRanges, "A calendar record holds at most five working ranges.");
+    const auto at = [record](int64_t offset, size_t size) {
+        return record.subspan(static_cast<size_t>(offset), size);
+    };
+    encodeMPPNumber(static_cast<int16_t>(ranges.size()), at(countOffset, 2));
+    TVTimeSpan total = 0;
+    for (size_t i = 0; i < ranges.size(); ++i) {
+        const TVTimeSpan length = std::max<TVTimeSpan>(ranges[i].to - ranges[i].from, 0);
+        total += length;
+        encodeMPPTime(ranges[i].from, at(startsOffset + 2 * static_cast<int64_t>(i), kMPPTimeSize));
+        encodeMPPDuration(length, at(lengthsOffset + 4 * static_cast<int64_t>(i), kMPPDurationSize));
+        // The application keeps the lengths a second time, summed up to each range.
+        encodeMPPDuration(total, at(lengthsOffset + kRunningTotalsAfterLengths + 4 * static_cast<int64_t>(i),
+                                    kMPPDurationSize));
+    }
+    encodeMPPDuration(total, at(countOffset + kRangeTotalAfterCount, kMPPDurationSize));
+}
+
+void MPPCalendarDataBlock::encodeDayRecord(const std::vector<MPPWorkingTimeRange>* ranges,
+                                           std::span<uint8_t> record) {
+    tvAssert(record.size() >= static_cast<size_t>(kDayRecordSize), "A day record is 60 bytes.");
+    std::fill_n(record.begin(), kDayRecordSize, uint8_t{0});
+    encodeMPPNumber(ranges != nullptr ? kDayHeldInRecord : kDayFollowsBase,
+                    record.subspan(kDayStatusOffset, 2));
+    if (ranges != nullptr) {
+        encodeWorkingRanges(*ranges, kDayRangeCountOffset, kDayRangeStartsOffset, kDayRangeLengthsOffset,
+                            record);
+    }
+}
+
+void MPPCalendarDataBlock::appendSizedName(std::u16string_view name, std::vector<uint8_t>& bytes) {
+    const size_t size = name.empty() ? 0 : 2 * (name.size() + 1);
+    const size_t start = bytes.size();
+    bytes.resize(start + 4 + size + size % 4, 0);
+    const std::span<uint8_t> appended = std::span<uint8_t>(bytes).subspan(start);
+    encodeMPPNumber(static_cast<uint32_t>(size), appended);
+    if (size > 0) {
+        encodeMPPText(name, appended.subspan(4, size));
+    }
+}
+
+std::vector<uint8_t> MPPCalendarDataBlock::encodeSingleException(
+    const Layout& layout, std::optional<TVDate> from, std::optional<TVDate> to,
+    const std::vector<MPPWorkingTimeRange>& ranges, uint32_t number, std::u16string_view name) {
+    tvAssert(layout.rangeCountOffset && layout.rangeStartsOffset && layout.rangeLengthsOffset &&
+                 layout.exceptionExtraSizeOffset &&
+                 layout.exceptionBlockSize == *layout.exceptionExtraSizeOffset + 4,
+             "The layout has no sized exception records.");
+    std::vector<uint8_t> bytes(static_cast<size_t>(*layout.exceptionExtraSizeOffset), 0);
+    const std::span<uint8_t> record(bytes);
+    const auto at = [record](int64_t offset, size_t size) {
+        return record.subspan(static_cast<size_t>(offset), size);
+    };
+    encodeMPPDate(from, at(kFromDateOffset, kMPPDateSize));
+    encodeMPPDate(to, at(kToDateOffset, kMPPDateSize));
+    encodeMPPNumber(int16_t{1}, at(kOccurrenceCountOffset, 2));
+    encodeMPPNumber(int16_t{1}, at(kExceptionWorkingMarkOffset, 2));
+    encodeWorkingRanges(ranges, *layout.rangeCountOffset, *layout.rangeStartsOffset,
+                        *layout.rangeLengthsOffset, record);
+    encodeMPPNumber(kSingleException, at(kRecurrenceTypeOffset, 4));
+    encodeMPPNumber(number, at(kExceptionNumberOffset, 4));
+    encodeMPPNumber(kNoRecurrence, at(kExceptionNoRecurrenceOffset, 4));
+    appendSizedName(name, bytes);
+    return bytes;
 }

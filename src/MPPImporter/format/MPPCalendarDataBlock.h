@@ -6,6 +6,8 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
+#include <string_view>
 #include <vector>
 
 struct MPPVersionTables;
@@ -50,6 +52,8 @@ public:
 
     static constexpr int32_t kDayRecordSize = 60;
     static constexpr int32_t kDaysInWeek = 7;
+    // The most working ranges that a day or exception record holds.
+    static constexpr size_t kMaxWorkingRanges = 5;
 
     MPPCalendarDataBlock(std::vector<uint8_t> bytes, const Layout& layout);
 
@@ -75,7 +79,27 @@ public:
     static std::optional<bool> dayHasWorkingRanges(const MPPCalendarRecord& day);
     static bool dayWorkingTimes(const MPPCalendarRecord& day, std::vector<MPPWorkingTimeRange>& value);
 
+    // Writing, in the places that the reads above take (format 12 on; at most kMaxWorkingRanges
+    // ranges, each ending after its start or where it starts).
+
+    // A day record into `record` (kDayRecordSize bytes): the day held in the record with its ranges,
+    // none making it a day off, or, without a list, a day that follows its base.
+    static void encodeDayRecord(const std::vector<MPPWorkingTimeRange>* ranges, std::span<uint8_t> record);
+    // A single exception from the day `from` to the day `to` (wall clock), working `ranges` or none,
+    // with the running number the application gives each exception and its name, padded as the
+    // exception list steps from one record to the next.
+    static std::vector<uint8_t> encodeSingleException(const Layout& layout, std::optional<TVDate> from,
+                                                      std::optional<TVDate> to,
+                                                      const std::vector<MPPWorkingTimeRange>& ranges,
+                                                      uint32_t number, std::u16string_view name);
+    // A name as the calendar data holds it: its byte count with the terminator, the UTF-16 text and
+    // as many zero bytes as that count's remainder by 4 (which the exception list steps over).
+    static void appendSizedName(std::u16string_view name, std::vector<uint8_t>& bytes);
+
 private:
+    static void encodeWorkingRanges(const std::vector<MPPWorkingTimeRange>& ranges, int64_t countOffset,
+                                    int64_t startsOffset, int64_t lengthsOffset, std::span<uint8_t> record);
+
     // The bytes after the week day part, where the exception offsets point.
     std::span<const uint8_t> exceptionBytes() const;
     void listExceptions();

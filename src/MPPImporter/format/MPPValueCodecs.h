@@ -2,10 +2,13 @@
 
 #include "MPPCommon/support/TVDate.h"
 
+#include <algorithm>
 #include <bit>
+#include <cmath>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
@@ -44,6 +47,23 @@ void encodeMPPNumber(Number value, MPPMutableBytes bytes) {
     for (size_t i = 0; i < sizeof(Number); ++i) {
         bytes[i] = static_cast<uint8_t>(bits >> (8 * i));
     }
+}
+
+// A computed amount as a whole number of the width of `Integer`, truncated toward zero. An amount that
+// isn't a number counts as 0 and one beyond the type's range as its nearest bound: a plain conversion
+// of either is undefined, and a plan's figure must not depend on it.
+template <std::integral Integer>
+Integer truncatedMPPInteger(double value) {
+    if (std::isnan(value)) {
+        return 0;
+    }
+    constexpr double kLowest = static_cast<double>(std::numeric_limits<Integer>::lowest());
+    // The largest double below the type's maximum plus one, which converts exactly.
+    constexpr double kBeyond = (static_cast<double>(std::numeric_limits<Integer>::max() / 2) + 1.0) * 2.0;
+    if (value >= kBeyond) {
+        return std::numeric_limits<Integer>::max();
+    }
+    return value <= kLowest ? std::numeric_limits<Integer>::lowest() : static_cast<Integer>(value);
 }
 
 // A day: a signed 16-bit count of days after the MPP epoch, 0xFFFF for no date. Decoding sums the

@@ -7,6 +7,7 @@
 #include "MPPImporter/format/MPPValueCodecs.h"
 #include "MPPImporter/text/RTFPlainTextReader.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <vector>
 
@@ -65,6 +66,12 @@ TEST(KVMPPData, DurationsAreTenthsOfAMinuteOrTenthsOfTheUnitAtAnOffset) {
     block.writeDuration(3600.0, 13, 4);
     block.writeDuration(86400.0 * 3, 21, 8);
     EXPECT_EQ(bytesOf(block), (Bytes{10, 0, 0, 0, 0, 0, 0, 0, 30, 0, 0, 0}));
+
+    // A duration that is no number, or too long for the word, holds to 0 or the word's bound.
+    block.writeDuration(std::nan(""), 5, 0);
+    block.writeDuration(1e300, 5, 4);
+    block.writeDuration(-1e300, 7);
+    EXPECT_EQ(bytesOf(block), (Bytes{0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0x7F, 30, 0, 0, 0, 0, 0, 0, 0x80}));
 }
 
 TEST(KVMPPData, SpecialDatesFillThreeOffsetsOfATemplateElement) {

@@ -1,6 +1,7 @@
 #include "MPPImporter/format/MPPValueCodecs.h"
 
 #include <gtest/gtest.h>
+#include <limits>
 #include <vector>
 
 namespace {
@@ -80,6 +81,22 @@ TEST(MPPValueCodecs, HundredthsAndPlainNumbers) {
     EXPECT_EQ(decodeMPPNumber<int32_t>(Bytes{0xFF, 0xFF, 0xFF, 0x7F}), INT32_MAX);
     EXPECT_EQ(decodeMPPNumber<uint16_t>(Bytes{0x34, 0x12}), 0x1234);
     EXPECT_EQ(decodeMPPNumber<float>(Bytes{0x00, 0x00, 0xC0, 0x3F}), 1.5f);
+}
+
+// Amounts that an export computes become whole numbers without undefined conversions: truncated
+// toward zero, NaN as 0, anything beyond the type's range as its nearest bound.
+TEST(MPPValueCodecs, ComputedAmountsTruncateAndHoldToTheirType) {
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(truncatedMPPInteger<int32_t>(-2.7), -2);
+    EXPECT_EQ(truncatedMPPInteger<int32_t>(2147483647.9), INT32_MAX);
+    EXPECT_EQ(truncatedMPPInteger<int32_t>(2147483648.0), INT32_MAX);
+    EXPECT_EQ(truncatedMPPInteger<int32_t>(-2147483649.0), INT32_MIN);
+    EXPECT_EQ(truncatedMPPInteger<int32_t>(kNaN), 0);
+    EXPECT_EQ(truncatedMPPInteger<int64_t>(kInfinity), INT64_MAX);
+    EXPECT_EQ(truncatedMPPInteger<int64_t>(-kInfinity), INT64_MIN);
+    EXPECT_EQ(truncatedMPPInteger<int64_t>(9.3e18), INT64_MAX);
+    EXPECT_EQ(truncatedMPPInteger<int64_t>(-9.2e18), static_cast<int64_t>(-9.2e18));
 }
 
 TEST(MPPValueCodecs, TextIsUTF16UpToItsNul) {

@@ -1,5 +1,8 @@
+#include "MPPCommon/date/DateExtensions.h"
 #include "MPPCommon/support/Log.h"
+#include "MPPCommon/support/TVException.h"
 #include "MPPCommon/xml/KVMSPCXMLDocument.h"
+#include "MPPExporter/Mappers/KVMSPECalendarExceptions.h"
 #include "support/CorpusComparison.h"
 #include "support/TestSupport.h"
 
@@ -14,9 +17,9 @@
 
 // Exports real plans as the program does: each plan of the corpus is imported, its bundle exported
 // through a template, and the exported file imported again; the two bundles must hold the same task
-// outline, dates and links, resources and assignments, and every stream of the exported file must read
-// in olefile. The assignments that the export computes must read back from the exported file with
-// their work.
+// outline, dates and links, resources and assignments, the same project week and calendar exceptions,
+// and every stream of the exported file must read in olefile. The assignments that the export computes
+// must read back from the exported file with their work.
 
 namespace {
 
@@ -56,12 +59,17 @@ std::string wallClock(const std::string& date) {
 // holds depth, title and the links by the outline position of their prerequisite, sorted, since
 // their order means nothing; the schedule holds each task's kind and dates; the assignments each
 // task's resources by name with their units, sorted. The resources are one line each in plan order:
-// name, type, e-mail address, cost per use and units available.
+// name, type, e-mail address, cost per use and units available. The week holds the working times of
+// each week day of the project's schedule, the exceptions its exception calendars as stretches of days
+// that don't overlap, each with its working times, in the form the export takes them, and the
+// recurrence rules of their events.
 struct Outline {
     std::vector<std::string> structure{};
     std::vector<std::string> schedule{};
     std::vector<std::string> assignments{};
     std::vector<std::string> resources{};
+    std::vector<std::string> week{};
+    std::vector<std::string> exceptions{};
 };
 
 // The resources of a plan by ID, and their lines.
@@ -80,11 +88,62 @@ std::map<std::string, std::string> resourceLines(const KVMSPCXMLElement& plan,
     return names;
 }
 
+// The project's schedule: that of the top resource.
+ElementPtr projectSchedule(const KVMSPCXMLElement& root) {
+    const ElementPtr top = child(root, "top-resource");
+    for (const ElementPtr& resource : root.elementsForName("resource")) {
+        if (top && attribute(*resource, "id") == attribute(*top, "idref")) {
+            return child(*resource, "schedule");
+        }
+    }
+    return nullptr;
+}
+
+void readCalendar(const KVMSPCXMLElement& schedule, Outline& result) {
+    for (const ElementPtr& day : schedule.elementsForName("schedule-day")) {
+        std::string line = attribute(*day, "day-of-week");
+        for (const ElementPtr& span : day->elementsForName("time-span")) {
+            line += " " + attribute(*span, "start-time") + "-" + attribute(*span, "end-time");
+        }
+        result.week.push_back(line);
+    }
+    for (const ElementPtr& calendar : schedule.elementsForName("calendar")) {
+        KVMSPECalendarExceptions exceptions(*calendar);
+        try {
+            exceptions.mapEvents();
+        } catch (const TVException& exception) {
+            result.exceptions.push_back("unmapped: " + exception.reason());
+            continue;
+        }
+        for (int64_t index = 0; index < exceptions.exceptionsCount(); ++index) {
+            TVDate from;
+            TVDate to;
+            int64_t times = 0;
+            exceptions.exception(index, &from, &to, nullptr);
+            exceptions.exception(index, &times);
+            std::string line =
+                attribute(*calendar, "name") + " " + initWithDateTime(from) + " " + initWithDateTime(to);
+            for (int64_t time = 0; time < times; ++time) {
+                double start = 0;
+                double end = 0;
+                exceptions.exception(index, time, &start, &end);
+                line += stringWithFormat(" %.0f-%.0f", start, end);
+            }
+            result.exceptions.push_back(line);
+        }
+        for (const ElementPtr& event : calendar->elementsForName("event")) {
+            if (const std::string rule = attribute(*event, "rrule"); !rule.empty()) {
+                result.exceptions.push_back("repeated " + attribute(*event, "start") + " " + rule);
+            }
+        }
+    }
+}
+
 Outline outline(const fs::path& bundle) {
     TVError error;
     const auto document = KVMSPCXMLDocument::initWithContentsOfURL(bundle / "Actual.xml", 0, nullptr, &error);
     if (!document || !document->rootElement()) {
-        return {{"no actual plan"}, {}};
+        return {{"no actual plan"}, {}, {}, {}};
     }
     std::map<std::string, ElementPtr> tasks;
     for (const ElementPtr& task : document->rootElement()->elementsForName("task")) {
@@ -108,6 +167,9 @@ Outline outline(const fs::path& bundle) {
     Outline result;
     const std::map<std::string, std::string> resources =
         resourceLines(*document->rootElement(), result.resources);
+    if (const ElementPtr schedule = projectSchedule(*document->rootElement())) {
+        readCalendar(*schedule, result);
+    }
     for (const auto& [depth, task] : order) {
         std::vector<std::string> assigned;
         for (const ElementPtr& assignment : task->elementsForName("assignment")) {
@@ -164,13 +226,13 @@ std::vector<fs::path> bundlesIn(const fs::path& folder) {
     return bundles;
 }
 
-// The first line where two outlines differ.
+// The first line where two outlines differ (a task, a week day or an exception).
 std::string difference(const std::vector<std::string>& first, const std::vector<std::string>& second) {
     for (size_t i = 0; i < std::max(first.size(), second.size()); ++i) {
         const std::string a = i < first.size() ? first[i] : "(none)";
         const std::string b = i < second.size() ? second[i] : "(none)";
         if (a != b) {
-            return "task " + std::to_string(i) + ": " + a + "\n    <> " + b;
+            return "line " + std::to_string(i) + ": " + a + "\n    <> " + b;
         }
     }
     return "";
@@ -357,9 +419,9 @@ std::string partDifference(const RoundTrip& trip, std::vector<std::string> Outli
 }
 
 // Each plan's round trip as the fields "structure" (outline and links), "schedule" (kinds and dates),
-// "resources", "assignments" (resources and units per task) and "assignment work" (the assignments that
-// the export computes against those that the exported file holds), and the second round's as "second
-// round".
+// "resources", "assignments" (resources and units per task), "week" and "exceptions" (the project's
+// calendar) and "assignment work" (the assignments that the export computes against those that the
+// exported file holds), and the second round's as "second round".
 TEST_F(ExportCorpusTest, EveryImportedPlanComesBackTheSame) {
     TVMSP_REQUIRE_CORPUS();
     testsupport::CorpusComparison comparison("tool/frontend/ExportCorpusTest.manifest", 1100);
@@ -368,6 +430,8 @@ TEST_F(ExportCorpusTest, EveryImportedPlanComesBackTheSame) {
         {"schedule", &Outline::schedule},
         {"resources", &Outline::resources},
         {"assignments", &Outline::assignments},
+        {"week", &Outline::week},
+        {"exceptions", &Outline::exceptions},
     };
     for (const auto& [name, trip] : s_first) {
         for (const auto& [field, part] : parts) {

@@ -1,4 +1,5 @@
 #include "FrontendTestSupport.h"
+#include "MPPExporter/ExportBundleText.h"
 #include "tool/frontend/UsageTexts.h"
 
 using namespace frontendtest;
@@ -93,6 +94,59 @@ TEST_F(ExportDriverTest, ListsWriteBesideEachInputAndTheLastResultStands) {
     EXPECT_FALSE(
         runExport({templatePath, "--input-list", makeFile("bad.txt", path("one/a.tvnx") + "\nb.mpp")}));
     EXPECT_EQ(recorder.calls.size(), 5u);
+}
+
+// A limit of the file ends a real export with the writer's exception and leaves no output file: here a
+// day of six working ranges. A bundle names at most 30 custom texts to the writers, so the unknown
+// text field is out of its reach: a 31st key is left out and the plan exports.
+TEST_F(ExportDriverTest, TheFilesLimitsEndARealExportWithoutAFile) {
+    using exportbundle::scenario;
+    const std::string task = R"(<task id="t1"><title>Only</title><type>task</type></task>)";
+    const auto writeBundle = [this](const std::string& name, const std::string& toc,
+                                    const std::vector<std::pair<std::string, std::string>>& files) {
+        const std::string folder = makeFolder(name);
+        makeFile(name + "/__TOC.xml", toc);
+        for (const auto& [file, text] : files) {
+            makeFile(name + "/" + file, text);
+        }
+        return folder;
+    };
+    const ExportDriver driver(
+        [](const TVInfoDictionary& info) { return std::make_unique<KVMSPEMPPExporter>(info); },
+        preferences());
+    const std::string shipped = TVMSP_SOURCE_DIR "/templates/Template.mpp";
+    const auto exportTo = [&](const std::string& bundle, const std::string& output) {
+        return driver.run(
+            {"/usr/bin/tvmspfilter", "-export", "--template-path", shipped, bundle, path(output)},
+            "tvmspfilter");
+    };
+
+    std::string spans;
+    for (int hour = 1; hour <= 6; ++hour) {
+        spans += "<time-span start-time=\"" + std::to_string(hour * 7200) + "\" end-time=\"" +
+                 std::to_string(hour * 7200 + 3600) + "\"/>";
+    }
+    std::string sixRanges = scenario({"t1"}, task);
+    sixRanges.insert(sixRanges.find("</resource>"), R"(<schedule><schedule-day day-of-week="monday">)" +
+                                                        spans + "</schedule-day></schedule>");
+    const std::string ranges =
+        writeBundle("ranges.tvnx", exportbundle::tableOfContents(), {{"Actual.xml", sixRanges}});
+    EXPECT_FALSE(exportTo(ranges, "ranges.mpp"));
+    EXPECT_TRUE(logged(
+        "EXCEPTION: TooManyRangesException\nNot more than 5 time ranges can be written to a calendar"));
+    EXPECT_FALSE(exists("ranges.mpp"));
+
+    std::string keys;
+    for (int key = 1; key <= 31; ++key) {
+        keys += "<user-data><key>Key " + std::to_string(key) + "</key></user-data>";
+    }
+    const std::string texts =
+        writeBundle("texts.tvnx",
+                    exportbundle::tableOfContents(exportbundle::kScenarioEntry + "<task-user-data-keys>" +
+                                                  keys + "</task-user-data-keys>"),
+                    {{"Actual.xml", scenario({"t1"}, task)}});
+    EXPECT_TRUE(exportTo(texts, "texts.mpp"));
+    EXPECT_TRUE(exists("texts.mpp"));
 }
 
 } // namespace

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "MPPExporter/MPPObjects/KVMPPCalendarTimeRange.h"
+#include "MPPExporter/writers/KVMPPWriter.h"
+#include "MPPImporter/format/MPPCalendarDataBlock.h"
+
+#include <cstdint>
+#include <vector>
+
+class KVMPPCalendar;
+class KVMPPCalendarWorkWeek;
+class KVMPPResource;
+
+// Name of the exception of a day or exception with more working ranges than a record holds.
+inline constexpr const char* kTooManyRangesException = "TooManyRangesException";
+
+// Regenerates the storage "TBkndCal": the project's standard calendar, the default resource's
+// calendar, the base calendars and one calendar per resource, in this order in every stream. Each
+// calendar has a fixed record (its UID, its base's and its resource's) and, in the variable data, its
+// name and its data block of week days, exceptions and dated weeks, laid out by the same calendar
+// data block that the readers read.
+class KVMPP15CalendarWriter : public KVMPPWriter {
+public:
+    using KVMPPWriter::KVMPPWriter;
+
+    bool writeDataForProject(const KVMPPProject* project) override;
+
+    // Numbers the calendars as the streams order them: the standard calendar 1 (named "Standard" and
+    // the project's calendar unless it has one), the default resource's 2, the base calendars from 3
+    // and then each resource's own calendar, unnamed. A resource without a calendar of its own gets one
+    // derived from the project's calendar.
+    static void preprocessProject(KVMPPProject& project);
+    // Whether a calendar has a data block: a base calendar always, a derived one when it states a day,
+    // an exception or a dated week.
+    static bool calendarDataShouldBeWritten(const KVMPPCalendar& calendar);
+    // The working ranges of a list of the model in the form that the records hold.
+    static std::vector<MPPWorkingTimeRange> recordRanges(const std::vector<KVMPPCalendarTimeRange>& ranges);
+
+private:
+    enum class Kind { standard, defaultResource, base, resource };
+    struct Element {
+        Kind kind;
+        const KVMPPCalendar* calendar;
+        const KVMPPResource* resource;
+    };
+
+    std::vector<Element> elements() const;
+    // The variable data elements of a calendar: its name and its data block.
+    uint32_t varElementsCount(const Element& element) const;
+
+    void writeVar2Data();
+    void writeVarMeta();
+    void writeFixedData();
+    void writeFixedMeta();
+    void writeFixed2Data();
+    void writeFixed2Meta();
+
+    std::vector<uint8_t> calendarData(const KVMPPCalendar& calendar);
+    void appendWeekDays(const KVMPPCalendarWorkWeek& week, std::vector<uint8_t>& bytes) const;
+
+    // The elements of the variable data in order: calendar ID and property.
+    std::vector<std::pair<uint32_t, uint32_t>> m_varElements;
+    // The running numbers that the application gives exceptions and dated weeks. They count within one
+    // export: a batch of plans must not make one plan's file depend on the plans before it.
+    uint32_t m_exceptionCounter = 0;
+    uint32_t m_weekCounter = 0x15;
+};
