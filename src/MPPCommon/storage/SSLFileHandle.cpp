@@ -3,17 +3,23 @@
 #include <cstring>
 #include <sys/stat.h>
 
+// The whole file is read into memory at once: the readers ask for many small pieces of many streams,
+// and a seek and a read of the disk for each made reading a large plan spend most of its time in the
+// system. The buffer is the size of the file, which the file itself justifies.
 std::unique_ptr<SSLFileHandle> SSLFileHandle::openForReading(const std::string& path) {
     FILE* file = std::fopen(path.c_str(), "rb");
     if (file == nullptr) {
         return nullptr;
     }
     struct stat status {};
-    if (fstat(fileno(file), &status) != 0 || !S_ISREG(status.st_mode)) {
-        std::fclose(file);
-        return nullptr;
+    std::vector<unsigned char> bytes;
+    bool read = fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
+    if (read) {
+        bytes.resize(static_cast<size_t>(status.st_size));
+        read = std::fread(bytes.data(), 1, bytes.size(), file) == bytes.size();
     }
-    return std::unique_ptr<SSLFileHandle>(new SSLFileHandle(file));
+    std::fclose(file);
+    return read ? fromBytes(std::move(bytes)) : nullptr;
 }
 
 std::unique_ptr<SSLFileHandle> SSLFileHandle::createForWriting(const std::string& path) {

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-// The bytes under a compound file, read and written at offsets: a file on disk, or a read-only buffer
-// in memory.
+// The bytes under a compound file, read and written at offsets: a file on disk being written, or a
+// read-only buffer in memory.
 class SSLFileHandle {
 public:
-    // None when the path is no readable regular file.
+    // The whole regular file in memory; none when the path is no readable regular file.
     static std::unique_ptr<SSLFileHandle> openForReading(const std::string& path);
     // Creates or truncates the file; none on failure.
     static std::unique_ptr<SSLFileHandle> createForWriting(const std::string& path);

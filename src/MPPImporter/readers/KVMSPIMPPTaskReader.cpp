@@ -51,6 +51,10 @@ KVMSPIMPPTaskReader::KVMSPIMPPTaskReader(std::unique_ptr<SSLStorage> directory, 
     readBaselines();
     tvLog("    Building parent task map......");
     buildParentTaskMap();
+    // A task is a summary when another names it as its parent; asked once per task, so kept as a set.
+    for (const auto& [child, parent] : m_parentTaskMap) {
+        m_summaryTaskUIDs.insert(parent);
+    }
 }
 
 KVMSPIMPPTaskReader::~KVMSPIMPPTaskReader() = default;
@@ -487,8 +491,7 @@ bool KVMSPIMPPTaskReader::taskIsNull(int32_t uid, bool& value, TVError* /*error*
 }
 
 bool KVMSPIMPPTaskReader::taskSummary(int32_t uid, bool& value, TVError* /*error*/) {
-    value = uid == 0 || std::any_of(m_parentTaskMap.begin(), m_parentTaskMap.end(),
-                                    [uid](const auto& entry) { return entry.second == uid; });
+    value = uid == 0 || m_summaryTaskUIDs.count(uid) != 0;
     return true;
 }
 

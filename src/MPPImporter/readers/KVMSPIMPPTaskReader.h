@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
 
 class KVMSPISingleTaskBaselineReader;
 
@@ -120,4 +121,5 @@ private:
     int32_t m_baselineNumber = -1;
     std::array<BaselineReaders, kBaselineCount> m_baselineReaders;
     std::unordered_map<int32_t, int32_t> m_parentTaskMap;
+    std::unordered_set<int32_t> m_summaryTaskUIDs;
 };
