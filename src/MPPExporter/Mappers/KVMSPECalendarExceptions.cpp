@@ -194,10 +194,14 @@ void KVMSPECalendarExceptions::mapEvents() {
             end = nextStart->addingSeconds(-1.0);
         }
         exception.setToDate(end);
-        std::sort(exception.workingTimes().begin(), exception.workingTimes().end(),
+        // The same hours from two events (two series that meet on a day) are written once.
+        auto& times = exception.workingTimes();
+        std::sort(times.begin(), times.end(),
                   [](const KVMSPEWorkingTime& first, const KVMSPEWorkingTime& second) {
-                      return first.fromTime() < second.fromTime();
+                      return first.fromTime() != second.fromTime() ? first.fromTime() < second.fromTime()
+                                                                   : first.toTime() < second.toTime();
                   });
+        times.erase(std::unique(times.begin(), times.end()), times.end());
         _mppExceptionInfos.push_back(std::move(exception));
         cursor = end.addingSeconds(1.0);
     }

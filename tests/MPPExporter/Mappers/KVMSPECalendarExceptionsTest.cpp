@@ -86,6 +86,9 @@ TEST_P(CalendarExceptionsZoneTest, EventsBecomeStretchesOfWholeDaysThatDontOverl
     EXPECT_EQ(series("FREQ=WEEKLY;BYDAY=TU,WE,SA"),
               "3.00:00:00-4.23:59:59/2 32400-43200;7.00:00:00-7.23:59:59/1 32400-43200;");
     EXPECT_EQ(series("FREQ=SECONDLY"), "2.00:00:00-8.23:59:59/7 32400-43200;");
+    // Two series that meet on a day give its hours once.
+    EXPECT_EQ(mappedCalendar(event(february(4, 9), february(4, 12)) + event(february(4, 9), february(4, 12))),
+              "4.00:00:00-4.23:59:59/1 32400-43200;");
     // Two days off a week apart, given out of order, and nothing for the gap.
     EXPECT_EQ(mappedCalendar(
                   event(february(9), february(9, 23, 59)) + event(february(2), february(2, 23, 59)), "no"),
