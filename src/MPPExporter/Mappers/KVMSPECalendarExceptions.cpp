@@ -2,9 +2,11 @@
 
 #include "MPPCommon/bundle/KVTVNXNames.h"
 #include "MPPCommon/date/StringExtensions.h"
+#include "MPPCommon/date/TVCalendar.h"
 #include "MPPCommon/shared/MSPCBoolValue.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
+#include "MPPExporter/Mappers/KVMSPERecurrenceRule.h"
 #include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 
 #include <algorithm>
@@ -19,6 +21,72 @@ std::optional<std::string> attributeValue(const KVMSPCXMLElement& element, const
     return attribute ? attribute->stringValue() : std::nullopt;
 }
 
+// The occurrences of the repeated events of one calendar, all rules together. A plan file counts the
+// exceptions of a calendar in 16 bits, so it never holds more; the cap keeps a hostile rule from
+// making the export allocate without bound.
+constexpr size_t kMaxOccurrences = 32767;
+
+// A date's day on the system zone's Gregorian calendar, the one `MSPETvnxEventInfo::dayOf` uses; none
+// before the common era.
+std::optional<std::chrono::sys_days> civilDay(TVDate date) {
+    const auto components = TVCalendar().components(
+        kTVCalendarUnitEra | kTVCalendarUnitYear | kTVCalendarUnitMonth | kTVCalendarUnitDay, date);
+    if (!components || components->era != 1 || components->year > 9999) {
+        return std::nullopt;
+    }
+    const std::chrono::year_month_day day{std::chrono::year(static_cast<int>(components->year)),
+                                          std::chrono::month(static_cast<unsigned>(components->month)),
+                                          std::chrono::day(static_cast<unsigned>(components->day))};
+    return day.ok() ? std::optional<std::chrono::sys_days>(day) : std::nullopt;
+}
+
+// Noon of a day in the system zone, a date safely inside it.
+std::optional<TVDate> noonOf(std::chrono::sys_days day) {
+    const std::chrono::year_month_day date(day);
+    TVDateComponents components;
+    components.year = static_cast<int>(date.year());
+    components.month = static_cast<unsigned>(date.month());
+    components.day = static_cast<unsigned>(date.day());
+    components.hour = 12;
+    components.minute = 0;
+    components.second = 0;
+    return TVCalendar().dateFromComponents(components);
+}
+
+// The event repeated by its rule: one event per run of consecutive occurrence days, each with the
+// event's hours. None when the rule or the dates can't be read, and the event then counts as one
+// stretch from its first start to its end.
+std::optional<std::vector<MSPETvnxEventInfo>> occurrencesOf(const MSPETvnxEventInfo& event,
+                                                            const std::string& text, size_t& budget) {
+    const auto rule = KVMSPERecurrenceRule::initWithString(text);
+    const auto first = civilDay(event.fromDate());
+    const auto last = civilDay(event.toDate());
+    if (!rule || !first || !last) {
+        tvLog(stringWithFormat("Calendar event repeated by a rule that can't be read: '%s'", text.c_str()));
+        return std::nullopt;
+    }
+    std::vector<MSPETvnxEventInfo> runs;
+    std::optional<std::chrono::sys_days> previous;
+    for (const std::chrono::sys_days day : rule->occurrences(*first, *last, budget)) {
+        const auto noon = noonOf(day);
+        const auto bounds = noon ? MSPETvnxEventInfo::dayOf(*noon) : std::nullopt;
+        if (!bounds) {
+            continue;
+        }
+        --budget;
+        if (previous && day == *previous + std::chrono::days(1) && !runs.empty()) {
+            runs.back().setToDate(bounds->last);
+        } else {
+            MSPETvnxEventInfo run = event;
+            run.setFromDate(bounds->first);
+            run.setToDate(bounds->last);
+            runs.push_back(run);
+        }
+        previous = day;
+    }
+    return runs;
+}
+
 // The seconds of day of a `time-span` attribute, as its leading integer.
 double spanTime(const KVMSPCXMLElement& span, const char* name) {
     return static_cast<double>(intValue(attributeValue(span, name).value_or("")));
@@ -30,8 +98,19 @@ KVMSPECalendarExceptions::KVMSPECalendarExceptions(const KVMSPCXMLElement& calen
     : _calendarName(attributeValue(calendar, attribute::kName)) {
     const auto overtime = attributeValue(calendar, attribute::kOvertime);
     _overtime = overtime && !overtime->empty() && boolValueFromString(*overtime);
+    size_t budget = kMaxOccurrences;
     for (const auto& event : calendar.elementsForName(element::kEvent)) {
-        if (auto info = MSPETvnxEventInfo::initWithTvnxEvent(*event)) {
+        const auto info = MSPETvnxEventInfo::initWithTvnxEvent(*event);
+        if (!info) {
+            continue;
+        }
+        // A repeated event is expanded into its occurrences: taken as one stretch, the days between
+        // them would become exception days too.
+        const auto rule = attributeValue(*event, attribute::kRrule);
+        const auto runs = rule && !rule->empty() ? occurrencesOf(*info, *rule, budget) : std::nullopt;
+        if (runs) {
+            _tvnxEventInfos.insert(_tvnxEventInfos.end(), runs->begin(), runs->end());
+        } else {
             _tvnxEventInfos.push_back(*info);
         }
     }
@@ -115,10 +194,14 @@ void KVMSPECalendarExceptions::mapEvents() {
             end = nextStart->addingSeconds(-1.0);
         }
         exception.setToDate(end);
-        std::sort(exception.workingTimes().begin(), exception.workingTimes().end(),
+        // The same hours from two events (two series that meet on a day) are written once.
+        auto& times = exception.workingTimes();
+        std::sort(times.begin(), times.end(),
                   [](const KVMSPEWorkingTime& first, const KVMSPEWorkingTime& second) {
-                      return first.fromTime() < second.fromTime();
+                      return first.fromTime() != second.fromTime() ? first.fromTime() < second.fromTime()
+                                                                   : first.toTime() < second.toTime();
                   });
+        times.erase(std::unique(times.begin(), times.end()), times.end());
         _mppExceptionInfos.push_back(std::move(exception));
         cursor = end.addingSeconds(1.0);
     }

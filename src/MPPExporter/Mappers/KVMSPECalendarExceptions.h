@@ -13,10 +13,12 @@
 // The exceptions of one bundle calendar in the form a plan calendar wants: the bundle's events may
 // overlap, span days and repeat their hours day by day; the result is a sorted list of stretches of
 // whole days that don't overlap, each with one set of working times. A new stretch starts wherever
-// the set of active events changes, and the hours of overlapping events are kept side by side.
+// the set of active events changes, and the hours of overlapping events are kept side by side. An
+// event with a recurrence rule counts on the days the rule selects between its first start and its end.
 class KVMSPECalendarExceptions {
 public:
-    // A `calendar` element with its `event` children; `overtime` from its flag, false when missing.
+    // A `calendar` element with its `event` children; `overtime` from its flag, false when missing. A
+    // rule that can't be read leaves its event one stretch from its first start to its end.
     explicit KVMSPECalendarExceptions(const KVMSPCXMLElement& calendar);
     // Dated `flattened-schedule-day` elements: overtime days, each with its `time-span` children, or
     // days off without any (either the other way is an internal error). Named "Overtime" or

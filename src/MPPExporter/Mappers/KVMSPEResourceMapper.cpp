@@ -10,6 +10,7 @@
 #include "MPPExporter/Mappers/KVMSPEIdMapper.h"
 #include "MPPExporter/Mappers/KVMSPEMapper.h"
 #include "MPPExporter/Mappers/KVMSPEProjectMapper.h"
+#include "MPPExporter/Mappers/KVMSPEUserDataMapper.h"
 #include "MPPExporter/Mappers/MSPETvnxReading.h"
 
 std::shared_ptr<KVMPPResource> KVMSPEResourceMapper::newDummyResourceWithMapper(KVMSPEMapper&) {
@@ -63,6 +64,12 @@ KVMSPEResourceMapper::newResourceFromTVNXResource(const ElementPtr& tvnxResource
     }
     if (const auto note = tvnxread::singleElement(element, tvnx::element::kNote)) {
         resource->notes = newNotesFromTVNXNote(*note);
+    }
+    if (const auto userData = tvnxread::singleElement(element, tvnx::element::kUserData)) {
+        for (KVMPPExtendedAttribute& attribute :
+             KVMSPEUserDataMapper::newExtendedAttributesFromUserData(*userData)) {
+            resource->customFieldsText.addAttribute(std::move(attribute));
+        }
     }
     if (const auto schedule = tvnxread::singleElement(element, tvnx::element::kSchedule)) {
         const auto availability = [&schedule](const char* name) {

@@ -10,6 +10,7 @@
 #include "MPPExporter/Mappers/KVMSPEMapper.h"
 #include "MPPExporter/Mappers/KVMSPEProjectMapper.h"
 #include "MPPExporter/Mappers/KVMSPEScheduledTaskInfo.h"
+#include "MPPExporter/Mappers/KVMSPEUserDataMapper.h"
 #include "MPPExporter/Mappers/MSPETvnxReading.h"
 
 #include <algorithm>
@@ -101,6 +102,12 @@ std::shared_ptr<KVMPPTask> KVMSPETaskMapper::newTaskFromTVNXTask(const ElementPt
     task->ignoreResourceCalendar = true;
     if (const auto note = tvnxread::singleElement(element, tvnx::element::kNote)) {
         task->notes = newNotesFromTVNXNote(*note);
+    }
+    if (const auto userData = tvnxread::singleElement(element, tvnx::element::kUserData)) {
+        for (KVMPPExtendedAttribute& attribute :
+             KVMSPEUserDataMapper::newExtendedAttributesFromUserData(*userData)) {
+            task->customFieldValues.addAttribute(std::move(attribute));
+        }
     }
     mapLinks(info);
     return task;

@@ -15,10 +15,10 @@ public:
     // Whole days.
     MSPETvnxEventInfo(TVDate fromDate, TVDate toDate);
 
-    // An `event` element; none when it lacks its start or its end. A recurrence rule is not read: a
-    // repeated event counts as one from its first start to its end. An end before the start within
-    // the day is an internal error, and so is an end equal to the start anywhere but at midnight or
-    // less than a day after it.
+    // An `event` element; none when it lacks its start or its end. A recurrence rule is not read here:
+    // this is the event from its first start to its end, which `KVMSPECalendarExceptions` repeats. An end
+    // before the start within the day is an internal error, and so is an end equal to the start anywhere but
+    // at midnight or less than a day after it.
     static std::optional<MSPETvnxEventInfo> initWithTvnxEvent(const KVMSPCXMLElement& event);
 
     bool hasTimeRange() const { return _hasTimeRange; }

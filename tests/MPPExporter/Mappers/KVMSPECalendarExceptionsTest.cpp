@@ -74,11 +74,21 @@ TEST_P(CalendarExceptionsZoneTest, EventsBecomeStretchesOfWholeDaysThatDontOverl
     EXPECT_EQ(mappedCalendar(event(february(2), february(3))), "2.00:00:00-2.23:59:59/1 0-86399;");
     EXPECT_EQ(mappedCalendar(event(february(2, 9), february(2, 12))), "2.00:00:00-2.23:59:59/1 32400-43200;");
     EXPECT_EQ(mappedCalendar(event(february(2, 9), february(4, 12))), "2.00:00:00-4.23:59:59/3 32400-43200;");
-    // A recurrence rule isn't expanded: the series counts as one event from its first start to its end.
-    const std::string series = event(february(2, 9), february(6, 12));
-    EXPECT_EQ(
-        mappedCalendar(series.substr(0, series.size() - 2) + " rrule='FREQ=DAILY;INTERVAL=2;COUNT=3'/>"),
-        "2.00:00:00-6.23:59:59/5 32400-43200;");
+    // A repeated event counts on its occurrences, consecutive ones as one stretch; an unreadable rule
+    // leaves the series one event from its first start to its end.
+    const auto series = [](const std::string& rule) {
+        const std::string events = event(february(2, 9), february(8, 12));
+        return mappedCalendar(events.substr(0, events.size() - 2) + " rrule='" + rule + "'/>");
+    };
+    EXPECT_EQ(series("FREQ=DAILY;INTERVAL=2;COUNT=3"),
+              "2.00:00:00-2.23:59:59/1 32400-43200;4.00:00:00-4.23:59:59/1 32400-43200;"
+              "6.00:00:00-6.23:59:59/1 32400-43200;");
+    EXPECT_EQ(series("FREQ=WEEKLY;BYDAY=TU,WE,SA"),
+              "3.00:00:00-4.23:59:59/2 32400-43200;7.00:00:00-7.23:59:59/1 32400-43200;");
+    EXPECT_EQ(series("FREQ=SECONDLY"), "2.00:00:00-8.23:59:59/7 32400-43200;");
+    // Two series that meet on a day give its hours once.
+    EXPECT_EQ(mappedCalendar(event(february(4, 9), february(4, 12)) + event(february(4, 9), february(4, 12))),
+              "4.00:00:00-4.23:59:59/1 32400-43200;");
     // Two days off a week apart, given out of order, and nothing for the gap.
     EXPECT_EQ(mappedCalendar(
                   event(february(9), february(9, 23, 59)) + event(february(2), february(2, 23, 59)), "no"),
