@@ -1,19 +1,27 @@
 #pragma once
 
 // The generated plan that the benchmarks measure beside the corpus: groups of ten tasks under a root,
-// each task linked to the one before it in its group.
+// each task linked to the one before it in its group and worked on by one of twenty staff.
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
 
 #include <memory>
 #include <string>
 
 inline constexpr double kDay = 86400;
+inline constexpr uint64_t kGeneratedStaff = 20;
 
 inline std::unique_ptr<KVMPPProject> generatedPlan(int64_t taskCount) {
     auto project = std::make_unique<KVMPPProject>();
     auto root = std::make_shared<KVMPPTask>();
     root->title = "Generated";
     project->tasks.push_back(root);
+    for (uint64_t i = 1; i <= kGeneratedStaff; ++i) {
+        auto resource = std::make_shared<KVMPPResource>();
+        resource->ID = i;
+        resource->name = "Staff " + std::to_string(i);
+        resource->standartRate = 50;
+        project->resources.push_back(resource);
+    }
     std::shared_ptr<KVMPPTask> group;
     std::shared_ptr<KVMPPTask> previous;
     for (int64_t i = 1; i <= taskCount; ++i) {
@@ -29,6 +37,14 @@ inline std::unique_ptr<KVMPPProject> generatedPlan(int64_t taskCount) {
             group = task;
         } else {
             task->parent = group.get();
+            auto assignment = std::make_shared<KVMPPAssignment>();
+            assignment->ID = static_cast<uint64_t>(i);
+            assignment->task.setObject(task);
+            assignment->resource.setObject(project->resources[static_cast<size_t>(i) % kGeneratedStaff]);
+            assignment->work = assignment->remainingWork = 8 * 3600;
+            assignment->startDate = task->startDate;
+            assignment->finishDate = task->endDate;
+            project->assignments.push_back(assignment);
             if (previous && previous->parent == task->parent) {
                 auto link = std::make_shared<KVMPPConstraint>();
                 link->task1.setObject(task);
