@@ -10,6 +10,7 @@
 #include "MPPExporter/Mappers/KVMSPEMapper.h"
 #include "MPPExporter/Mappers/KVMSPEProjectMapper.h"
 #include "MPPExporter/Mappers/KVMSPEScheduledTaskInfo.h"
+#include "MPPExporter/Mappers/KVMSPETaskBaselineMapper.h"
 #include "MPPExporter/Mappers/MSPETvnxReading.h"
 
 #include <algorithm>
@@ -103,7 +104,24 @@ std::shared_ptr<KVMPPTask> KVMSPETaskMapper::newTaskFromTVNXTask(const ElementPt
         task->notes = newNotesFromTVNXNote(*note);
     }
     mapLinks(info);
+    mapBaselines(*task, element);
     return task;
+}
+
+void KVMSPETaskMapper::mapBaselines(KVMPPTask& task, const KVMSPCXMLElement& element) const {
+    const size_t count = mapper().tvnxBaselines().size();
+    task.baselines.reserve(count);
+    if (count == 0) {
+        return;
+    }
+    tvLog(stringWithFormat("      Mapping %ld baselines for Task ...", static_cast<long>(count)));
+    task.baselineSetted = true;
+    // A baseline that doesn't hold the task leaves a gap in the numbers of the task's baselines.
+    for (size_t number = 0; number < count; ++number) {
+        if (auto baseline = KVMSPETaskBaselineMapper(number, mapper()).newBaselineFromTvnxTask(element)) {
+            task.baselines.push_back(std::move(*baseline));
+        }
+    }
 }
 
 const KVMSPEScheduledTaskInfo& KVMSPETaskMapper::scheduledTask(const std::string& id) const {

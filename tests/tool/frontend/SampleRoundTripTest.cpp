@@ -25,12 +25,13 @@ const fs::path kSource = TVMSP_SOURCE_DIR;
 
 // The actual plan of a bundle, with each task's title by its id for naming link ends.
 struct Plan {
+    fs::path bundle;
     KVMSPCXMLDocument::DocumentPtr document;
     std::map<std::string, std::string> titles;
 
-    explicit Plan(const fs::path& bundle) {
+    explicit Plan(const fs::path& folder, const char* file = "Actual.xml") : bundle(folder) {
         TVError error;
-        document = KVMSPCXMLDocument::initWithContentsOfURL(bundle / "Actual.xml", 0, nullptr, &error);
+        document = KVMSPCXMLDocument::initWithContentsOfURL(bundle / file, 0, nullptr, &error);
         if (document && document->rootElement()) {
             for (const ElementPtr& task : elements("task")) {
                 titles[value(task, "@id")] = value(task, "title");
@@ -153,6 +154,30 @@ Lines assignments(const Plan& plan) {
     return lines;
 }
 
+// Each baseline file of the bundle by name, with the start of each task but the top one that it
+// holds: the one the planning application computed, else the one an import states, the lock or the
+// leveled start.
+Lines baselines(const Plan& plan) {
+    Lines lines;
+    for (const char* file : {"Baseline.xml", "Baseline1.xml", "Baseline2.xml"}) {
+        const Plan baseline(plan.bundle, file);
+        if (!baseline.document) {
+            continue;
+        }
+        lines.push_back(file);
+        for (const ElementPtr& task : baseline.elements("task")) {
+            std::string start = Plan::value(task, "start-date");
+            for (const char* stated : {"locked-start-date", "leveled-start"}) {
+                start = start.empty() ? Plan::value(task, stated) : start;
+            }
+            if (Plan::value(task, "@id") != "t-1") {
+                lines.push_back(Plan::value(task, "title") + " from " + start);
+            }
+        }
+    }
+    return lines;
+}
+
 // One part of a plan. A part that the export doesn't write yet comes back empty and is only
 // reported; from the day any of it comes back, all of it must agree.
 struct Part {
@@ -162,10 +187,8 @@ struct Part {
 };
 
 const Part kParts[] = {
-    {"tasks", tasks, true},
-    {"links and limits", links, true},
-    {"resources", resources, false},
-    {"assignments", assignments, false},
+    {"tasks", tasks, true},          {"links and limits", links, true},   {"baselines", baselines, true},
+    {"resources", resources, false}, {"assignments", assignments, false},
 };
 
 int run(const std::string& arguments, const fs::path& config) {
