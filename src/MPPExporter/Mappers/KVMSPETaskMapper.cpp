@@ -92,7 +92,7 @@ std::shared_ptr<KVMPPTask> KVMSPETaskMapper::newTaskFromTVNXTask(const ElementPt
     task->remainingCost = task->cost - task->actualCost;
     task->estimated = false;
     task->milestone = info.taskType() == kMilestone;
-    mapProgress(*task, info);
+    mapProgress(*task, element, info);
     mapConstraint(*task, info);
     completeSchedule(*task, element, info);
 
@@ -160,8 +160,17 @@ void KVMSPETaskMapper::mapTaskType(KVMPPTask& task, const std::optional<std::str
     }
 }
 
-void KVMSPETaskMapper::mapProgress(KVMPPTask& task, const KVMSPEScheduledTaskInfo& info) const {
+void KVMSPETaskMapper::mapProgress(KVMPPTask& task, KVMSPCXMLElement& element,
+                                   const KVMSPEScheduledTaskInfo& info) const {
     task.percentComplete = info.percentCompletion();
+    // A milestone has no duration to take a share of, and a group states no actual duration of its
+    // own; the completion that the bundle states for them would otherwise be lost, and a finished
+    // milestone or phase would read as not begun.
+    if (task.percentComplete == 0 && info.taskType() == kMilestone) {
+        task.percentComplete = info.completionPercentage();
+    } else if (task.percentComplete == 0 && info.taskType() == kGroup) {
+        task.percentComplete = tvnxread::number(element, tvnx::element::kCompletionPercentage, 0.0);
+    }
     task.workPercentComplete = info.workPercentCompletion();
     if (info.taskType() != kGroup || info.workPercentCompletion() != 0 || !info.childTaskUIDs() ||
         info.childTaskUIDs()->empty()) {

@@ -65,7 +65,7 @@ using Lines = std::vector<std::string>;
 
 // The tasks under the top one, which stands for the whole project, in outline order: depth, title,
 // kind, effort, the start (the computed one, else the leveled one, which is what an import states),
-// and for all but groups, whose values the planning application sums up, the effort done, the
+// the completion, and for all but groups, whose values the planning application sums up, the effort done, the
 // priority and the fixed cost.
 Lines tasks(const Plan& plan) {
     std::map<std::string, ElementPtr> byId;
@@ -84,7 +84,8 @@ Lines tasks(const Plan& plan) {
         std::ostringstream line;
         line << depth << ' ' << Plan::value(task, "title") << " [" << kind << "] effort "
              << Plan::number(task, "effort") << " from "
-             << (start.empty() ? Plan::value(task, "leveled-start") : start);
+             << (start.empty() ? Plan::value(task, "leveled-start") : start) << " complete "
+             << Plan::number(task, "completion-percentage");
         if (kind != "group") {
             line << " done " << Plan::number(task, "effort-done") << " priority "
                  << Plan::number(task, "priority") << " fixed cost " << Plan::number(task, "static-cost");
