@@ -23,7 +23,7 @@ Counters gCounters;
 KVMSPEMapper::KVMSPEMapper(DocumentPtr tvnxXmlDoc, DocumentPtr tvnxTOCXmlDoc,
                            std::vector<DocumentPtr> baselineXMLDocArray, TVInfoDictionary info)
     : _tvnxXmlDoc(std::move(tvnxXmlDoc)), _tvnxTOCXmlDoc(std::move(tvnxTOCXmlDoc)),
-      _tvnxBaselines(std::move(baselineXMLDocArray)), _info(std::move(info)) {}
+      _tvnxBaselines(baselineXMLDocArray.begin(), baselineXMLDocArray.end()), _info(std::move(info)) {}
 
 KVMSPEMapper::~KVMSPEMapper() = default;
 

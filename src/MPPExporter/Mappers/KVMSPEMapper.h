@@ -4,6 +4,7 @@
 #include "MPPCommon/xml/KVMSPCXMLDocument.h"
 #include "MPPExporter/MPPObjects/KVMPPConstraint.h"
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
+#include "MPPExporter/Mappers/KVMSPEBaseline.h"
 
 #include <cstdint>
 #include <memory>
@@ -46,7 +47,7 @@ public:
 
     const DocumentPtr& tvnxXmlDoc() const { return _tvnxXmlDoc; }
     const DocumentPtr& tvnxTOCXmlDoc() const { return _tvnxTOCXmlDoc; }
-    const std::vector<DocumentPtr>& tvnxBaselines() const { return _tvnxBaselines; }
+    const std::vector<KVMSPEBaseline>& tvnxBaselines() const { return _tvnxBaselines; }
     const TVInfoDictionary& info() const { return _info; }
     int32_t mppVersion() const { return 4; }
     int32_t fiterType() const { return 0; }
@@ -65,7 +66,7 @@ public:
 private:
     DocumentPtr _tvnxXmlDoc;
     DocumentPtr _tvnxTOCXmlDoc;
-    std::vector<DocumentPtr> _tvnxBaselines;
+    std::vector<KVMSPEBaseline> _tvnxBaselines;
     TVInfoDictionary _info;
     std::shared_ptr<KVMPPProject> _mppProject;
     std::unique_ptr<KVMSPEIdMapper> _idMapper;

@@ -10,6 +10,7 @@
 #include "MPPExporter/Mappers/KVMSPEMapper.h"
 #include "MPPExporter/Mappers/KVMSPEProjectMapper.h"
 #include "MPPExporter/Mappers/KVMSPEScheduledTaskInfo.h"
+#include "MPPExporter/Mappers/KVMSPETaskBaselineMapper.h"
 #include "MPPExporter/Mappers/KVMSPEUserDataMapper.h"
 #include "MPPExporter/Mappers/MSPETvnxReading.h"
 
@@ -92,7 +93,7 @@ std::shared_ptr<KVMPPTask> KVMSPETaskMapper::newTaskFromTVNXTask(const ElementPt
     task->remainingCost = task->cost - task->actualCost;
     task->estimated = false;
     task->milestone = info.taskType() == kMilestone;
-    mapProgress(*task, info);
+    mapProgress(*task, element, info);
     mapConstraint(*task, info);
     completeSchedule(*task, element, info);
 
@@ -110,7 +111,24 @@ std::shared_ptr<KVMPPTask> KVMSPETaskMapper::newTaskFromTVNXTask(const ElementPt
         }
     }
     mapLinks(info);
+    mapBaselines(*task, element);
     return task;
+}
+
+void KVMSPETaskMapper::mapBaselines(KVMPPTask& task, const KVMSPCXMLElement& element) const {
+    const size_t count = mapper().tvnxBaselines().size();
+    task.baselines.reserve(count);
+    if (count == 0) {
+        return;
+    }
+    tvLog(stringWithFormat("      Mapping %ld baselines for Task ...", static_cast<long>(count)));
+    task.baselineSetted = true;
+    // A baseline that doesn't hold the task leaves a gap in the numbers of the task's baselines.
+    for (size_t number = 0; number < count; ++number) {
+        if (auto baseline = KVMSPETaskBaselineMapper(number, mapper()).newBaselineFromTvnxTask(element)) {
+            task.baselines.push_back(std::move(*baseline));
+        }
+    }
 }
 
 const KVMSPEScheduledTaskInfo& KVMSPETaskMapper::scheduledTask(const std::string& id) const {
@@ -149,8 +167,17 @@ void KVMSPETaskMapper::mapTaskType(KVMPPTask& task, const std::optional<std::str
     }
 }
 
-void KVMSPETaskMapper::mapProgress(KVMPPTask& task, const KVMSPEScheduledTaskInfo& info) const {
+void KVMSPETaskMapper::mapProgress(KVMPPTask& task, KVMSPCXMLElement& element,
+                                   const KVMSPEScheduledTaskInfo& info) const {
     task.percentComplete = info.percentCompletion();
+    // A milestone has no duration to take a share of, and a group states no actual duration of its
+    // own; the completion that the bundle states for them would otherwise be lost, and a finished
+    // milestone or phase would read as not begun.
+    if (task.percentComplete == 0 && info.taskType() == kMilestone) {
+        task.percentComplete = info.completionPercentage();
+    } else if (task.percentComplete == 0 && info.taskType() == kGroup) {
+        task.percentComplete = tvnxread::number(element, tvnx::element::kCompletionPercentage, 0.0);
+    }
     task.workPercentComplete = info.workPercentCompletion();
     if (info.taskType() != kGroup || info.workPercentCompletion() != 0 || !info.childTaskUIDs() ||
         info.childTaskUIDs()->empty()) {

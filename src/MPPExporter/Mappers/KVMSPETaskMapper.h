@@ -26,9 +26,11 @@ private:
     const KVMSPEScheduledTaskInfo& scheduledTask(const std::string& id) const;
     static void mapTaskType(KVMPPTask& task, const std::optional<std::string>& recalculate,
                             const KVMSPEScheduledTaskInfo& info);
-    void mapProgress(KVMPPTask& task, const KVMSPEScheduledTaskInfo& info) const;
+    void mapProgress(KVMPPTask& task, KVMSPCXMLElement& element, const KVMSPEScheduledTaskInfo& info) const;
     void mapConstraint(KVMPPTask& task, const KVMSPEScheduledTaskInfo& info) const;
     void mapLinks(const KVMSPEScheduledTaskInfo& info) const;
+    // The task's saved values in each baseline document of the driver, in their order.
+    void mapBaselines(KVMPPTask& task, const KVMSPCXMLElement& element) const;
     // Dates and duration that the bundle leaves to the planning application to compute.
     void completeSchedule(KVMPPTask& task, KVMSPCXMLElement& element,
                           const KVMSPEScheduledTaskInfo& info) const;

@@ -66,9 +66,10 @@ constexpr uint32_t kOutlineMarkType = 0x4E4;
 constexpr uint32_t kClosingTypes[] = {0x563, 0x564};
 constexpr uint32_t kBaselineGroup2Base = 0x495;
 constexpr uint32_t kBaselineGroup2Step = 7;
-constexpr uint32_t kBaselineMarkGroupBase = 0x1DD;
-constexpr uint32_t kBaselineFixedCostGroupBase = 0x1DE;
-constexpr uint32_t kBaselineGroup1Step = 11;
+// A numbered baseline's mark and fixed cost follow its start, whose number the layout gives: the
+// files place the baselines 6 to 10 seven numbers further on than the step from 1 to 5 would.
+constexpr uint32_t kBaselineMarkAfterStart = 6;
+constexpr uint32_t kBaselineFixedCostAfterStart = 7;
 constexpr int64_t kMaxBaselineNumber = 10;
 
 // -1.0e-6, the value that the application keeps in unset baseline figures.
@@ -174,8 +175,11 @@ void KVMPP15TaskWriter::preprocessProject(KVMPPProject& project) {
     if (topTasks != 1) {
         root.reset();
     }
+    // Only the baseline of number 0 becomes the Baseline: where the first baseline document doesn't
+    // hold a task, the task's first entry is a numbered baseline, whose values would otherwise show
+    // as another baseline's.
     for (const auto& task : project.tasks) {
-        if (!task->baselines.empty()) {
+        if (!task->baselines.empty() && task->baselines.front().number == 0) {
             task->baseline0 = task->baselines.front();
             task->baselines.erase(task->baselines.begin());
         }
@@ -310,8 +314,8 @@ void KVMPP15TaskWriter::writeBaselineGroup1(uint32_t id, const KVMPPTask& task, 
         if (n < 1 || n > kMaxBaselineNumber) {
             throw TVException(kTooManyBaselinesException, "Limit for 10 baselines exceeded");
         }
-        const auto step = static_cast<uint32_t>(kBaselineGroup1Step * n);
-        writeDateElement(id, baselinePropertyNumber(kTaskBaselineStartGroupKey, n), baseline.start);
+        const uint32_t start = baselinePropertyNumber(kTaskBaselineStartGroupKey, n);
+        writeDateElement(id, start, baseline.start);
         writeDateElement(id, baselinePropertyNumber(kTaskBaselineFinishGroupKey, n), baseline.finish);
         writeDoubleElement(id, baselinePropertyNumber(kTaskBaselineCostGroupKey, n), baseline.cost * 100.0);
         // The project keeps its baseline work in other units than its tasks.
@@ -319,8 +323,8 @@ void KVMPP15TaskWriter::writeBaselineGroup1(uint32_t id, const KVMPPTask& task, 
         writeDoubleElement(id, baselinePropertyNumber(kTaskBaselineWorkGroupKey, n), work);
         writeIntegerElement(id, baselinePropertyNumber(kTaskBaselineDurationGroupKey, n),
                             static_cast<uint32_t>(truncatedMPPInteger<int32_t>(baseline.duration / 6.0)));
-        writeShortElement(id, kBaselineMarkGroupBase + step, isProject ? 0x15 : 7);
-        writeDoubleElement(id, kBaselineFixedCostGroupBase + step,
+        writeShortElement(id, start + kBaselineMarkAfterStart, isProject ? 0x15 : 7);
+        writeDoubleElement(id, start + kBaselineFixedCostAfterStart,
                            isProject ? 0.0 : baseline.fixedCost * 100.0);
     }
 }

@@ -88,7 +88,7 @@ struct SamplePlan {
         review->endDate = review->startDate;
         review->notes = "";
         auto build = addTask(project, 3, "Build", design.get(), 2, 2);
-        build->baselines = {baseline(0, 2), baseline(3, 1)};
+        build->baselines = {baseline(0, 2), baseline(3, 1), baseline(7, 3)};
         build->manual = true;
         addTask(project, 5, std::string(300, 'x'), root.get(), 6, 4);
         link(build, design, 1, false, 8 * kHour);
@@ -199,6 +199,12 @@ TEST(KVMPP15TaskWriter, TheReaderReadsBackTheOutlineFieldsAndLinksOfEveryTask) {
         ASSERT_EQ(baseline3.count(3), 1u);
         EXPECT_EQ(baseline3.at(3)->taskFinish(), KVMPPData::wallClock(*baseline(3, 1).finish));
         EXPECT_EQ(baseline3.at(3)->taskDuration(), 4800);
+        // The baselines 6 to 10 lie further on in the layout than the step of 1 to 5 gives.
+        const auto& baseline7 = reader.readersForBaseline(7);
+        ASSERT_EQ(baseline7.count(3), 1u);
+        EXPECT_EQ(baseline7.at(3)->taskStart(), KVMPPData::wallClock(*baseline(7, 3).start));
+        EXPECT_EQ(baseline7.at(3)->taskFinish(), KVMPPData::wallClock(*baseline(7, 3).finish));
+        EXPECT_EQ(baseline7.at(3)->taskCost(), 1250.0);
         EXPECT_TRUE(reader.readersForBaseline(1).empty());
 
         // Links by the tasks' new IDs: "Build" after "Design", "Review" after "Build".
@@ -282,15 +288,19 @@ TEST(KVMPP15TaskWriter, PreprocessingMakesTheRootTheProjectSummary) {
                                                std::string(300, 'x') + "=5"}));
     EXPECT_EQ(plan.project.tasks[0]->parent, &plan.project);
     ASSERT_TRUE(plan.project.tasks[2]->baseline0.has_value());
-    EXPECT_EQ(plan.project.tasks[2]->baselines.size(), 1u);
+    EXPECT_EQ(plan.project.tasks[2]->baselines.size(), 2u);
 
-    // Two tasks without a parent: there is no root, and both hang under the project.
+    // Two tasks without a parent: there is no root, and both hang under the project. A task that the
+    // first baseline doesn't hold has no Baseline: its baseline 2 stays baseline 2.
     KVMPPProject flat;
-    addTask(flat, 7, "B", nullptr, 0, 1);
+    addTask(flat, 7, "B", nullptr, 0, 1)->baselines = {baseline(2, 1)};
     addTask(flat, 3, "A", nullptr, 0, 1);
     KVMPP15TaskWriter::preprocessProject(flat);
     ASSERT_EQ(flat.tasks.size(), 2u);
     EXPECT_EQ(*flat.tasks[0]->title, "A");
+    EXPECT_FALSE(flat.tasks[1]->baseline0.has_value());
+    ASSERT_EQ(flat.tasks[1]->baselines.size(), 1u);
+    EXPECT_EQ(flat.tasks[1]->baselines.front().number, 2);
     EXPECT_EQ(flat.tasks[1]->parent, &flat);
 }
 

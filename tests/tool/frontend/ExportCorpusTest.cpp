@@ -63,6 +63,8 @@ std::string wallClock(const std::string& date) {
 // each week day of the project's schedule, the exceptions its exception calendars as stretches of days
 // that don't overlap, each with its working times, in the form the export takes them: a repeated
 // event counts on its occurrences, which come back as single exceptions without their rule.
+// The baselines hold the name of each baseline file of the bundle and, per file, each task's title
+// with the dates it states.
 struct Outline {
     std::vector<std::string> structure{};
     std::vector<std::string> schedule{};
@@ -70,6 +72,7 @@ struct Outline {
     std::vector<std::string> resources{};
     std::vector<std::string> week{};
     std::vector<std::string> exceptions{};
+    std::vector<std::string> baselines{};
 };
 
 // The resources of a plan by ID, and their lines.
@@ -134,6 +137,33 @@ void readCalendar(const KVMSPCXMLElement& schedule, Outline& result) {
     }
 }
 
+void readBaselines(const fs::path& bundle, Outline& result) {
+    std::vector<std::string> files;
+    for (const auto& entry : fs::directory_iterator(bundle)) {
+        if (const std::string name = entry.path().filename().string(); name.rfind("Baseline", 0) == 0) {
+            files.push_back(name);
+        }
+    }
+    std::sort(files.begin(), files.end());
+    for (const std::string& name : files) {
+        result.baselines.push_back(name);
+        TVError error;
+        const auto document = KVMSPCXMLDocument::initWithContentsOfURL(bundle / name, 0, nullptr, &error);
+        if (!document || !document->rootElement()) {
+            result.baselines.push_back("unreadable");
+            continue;
+        }
+        for (const ElementPtr& task : document->rootElement()->elementsForName("task")) {
+            std::string line = "  " + text(child(*task, "title"));
+            for (const char* date :
+                 {"start-date", "end-date", "locked-start-date", "locked-end-date", "leveled-start"}) {
+                line += ' ' + wallClock(text(child(*task, date)));
+            }
+            result.baselines.push_back(line);
+        }
+    }
+}
+
 Outline outline(const fs::path& bundle) {
     TVError error;
     const auto document = KVMSPCXMLDocument::initWithContentsOfURL(bundle / "Actual.xml", 0, nullptr, &error);
@@ -165,6 +195,7 @@ Outline outline(const fs::path& bundle) {
     if (const ElementPtr schedule = projectSchedule(*document->rootElement())) {
         readCalendar(*schedule, result);
     }
+    readBaselines(bundle, result);
     for (const auto& [depth, task] : order) {
         std::vector<std::string> assigned;
         for (const ElementPtr& assignment : task->elementsForName("assignment")) {
@@ -415,8 +446,9 @@ std::string partDifference(const RoundTrip& trip, std::vector<std::string> Outli
 
 // Each plan's round trip as the fields "structure" (outline and links), "schedule" (kinds and dates),
 // "resources", "assignments" (resources and units per task), "week" and "exceptions" (the project's
-// calendar) and "assignment work" (the assignments that the export computes against those that the
-// exported file holds), and the second round's as "second round".
+// calendar), "baselines" (the baseline files and each task's dates in them) and "assignment work" (the
+// assignments that the export computes against those that the exported file holds), and the second round's as
+// "second round".
 TEST_F(ExportCorpusTest, EveryImportedPlanComesBackTheSame) {
     TVMSP_REQUIRE_CORPUS();
     testsupport::CorpusComparison comparison("tool/frontend/ExportCorpusTest.manifest", 1100);
@@ -424,6 +456,7 @@ TEST_F(ExportCorpusTest, EveryImportedPlanComesBackTheSame) {
         {"structure", &Outline::structure}, {"schedule", &Outline::schedule},
         {"resources", &Outline::resources}, {"assignments", &Outline::assignments},
         {"week", &Outline::week},           {"exceptions", &Outline::exceptions},
+        {"baselines", &Outline::baselines},
     };
     for (const auto& [name, trip] : s_first) {
         for (const auto& [field, part] : parts) {

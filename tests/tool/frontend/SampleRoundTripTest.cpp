@@ -30,9 +30,9 @@ struct Plan {
     KVMSPCXMLDocument::DocumentPtr document;
     std::map<std::string, std::string> titles;
 
-    explicit Plan(const fs::path& bundlePath) : bundle(bundlePath) {
+    explicit Plan(const fs::path& folder, const char* file = "Actual.xml") : bundle(folder) {
         TVError error;
-        document = KVMSPCXMLDocument::initWithContentsOfURL(bundle / "Actual.xml", 0, nullptr, &error);
+        document = KVMSPCXMLDocument::initWithContentsOfURL(bundle / file, 0, nullptr, &error);
         if (document && document->rootElement()) {
             for (const ElementPtr& task : elements("task")) {
                 titles[value(task, "@id")] = value(task, "title");
@@ -66,7 +66,7 @@ using Lines = std::vector<std::string>;
 
 // The tasks under the top one, which stands for the whole project, in outline order: depth, title,
 // kind, effort, the start (the computed one, else the leveled one, which is what an import states),
-// and for all but groups, whose values the planning application sums up, the effort done, the
+// the completion, and for all but groups, whose values the planning application sums up, the effort done, the
 // priority and the fixed cost.
 Lines tasks(const Plan& plan) {
     std::map<std::string, ElementPtr> byId;
@@ -85,7 +85,8 @@ Lines tasks(const Plan& plan) {
         std::ostringstream line;
         line << depth << ' ' << Plan::value(task, "title") << " [" << kind << "] effort "
              << Plan::number(task, "effort") << " from "
-             << (start.empty() ? Plan::value(task, "leveled-start") : start);
+             << (start.empty() ? Plan::value(task, "leveled-start") : start) << " complete "
+             << Plan::number(task, "completion-percentage");
         if (kind != "group") {
             line << " done " << Plan::number(task, "effort-done") << " priority "
                  << Plan::number(task, "priority") << " fixed cost " << Plan::number(task, "static-cost");
@@ -197,6 +198,30 @@ Lines customFields(const Plan& plan) {
     return lines;
 }
 
+// Each baseline file of the bundle by name, with the start of each task but the top one that it
+// holds: the one the planning application computed, else the one an import states, the lock or the
+// leveled start.
+Lines baselines(const Plan& plan) {
+    Lines lines;
+    for (const char* file : {"Baseline.xml", "Baseline1.xml", "Baseline2.xml"}) {
+        const Plan baseline(plan.bundle, file);
+        if (!baseline.document) {
+            continue;
+        }
+        lines.push_back(file);
+        for (const ElementPtr& task : baseline.elements("task")) {
+            std::string start = Plan::value(task, "start-date");
+            for (const char* stated : {"locked-start-date", "leveled-start"}) {
+                start = start.empty() ? Plan::value(task, stated) : start;
+            }
+            if (Plan::value(task, "@id") != "t-1") {
+                lines.push_back(Plan::value(task, "title") + " from " + start);
+            }
+        }
+    }
+    return lines;
+}
+
 // One part of a plan. A part that the export doesn't write yet comes back empty and is only
 // reported; from the day any of it comes back, all of it must agree.
 struct Part {
@@ -208,6 +233,7 @@ struct Part {
 const Part kParts[] = {
     {"tasks", tasks, true},
     {"links and limits", links, true},
+    {"baselines", baselines, true},
     {"resources", resources, false},
     {"assignments", assignments, false},
     {"custom fields", customFields, true},
