@@ -170,12 +170,10 @@ void KVMSPETaskMapper::mapTaskType(KVMPPTask& task, const std::optional<std::str
 void KVMSPETaskMapper::mapProgress(KVMPPTask& task, KVMSPCXMLElement& element,
                                    const KVMSPEScheduledTaskInfo& info) const {
     task.percentComplete = info.percentCompletion();
-    // A milestone has no duration to take a share of, and a group states no actual duration of its
-    // own; the completion that the bundle states for them would otherwise be lost, and a finished
-    // milestone or phase would read as not begun.
-    if (task.percentComplete == 0 && info.taskType() == kMilestone) {
-        task.percentComplete = info.completionPercentage();
-    } else if (task.percentComplete == 0 && info.taskType() == kGroup) {
+    // A milestone has no duration to take a share of, a group states no actual duration of its own,
+    // and a bundle that an import wrote states completion without actual durations; the completion
+    // that the bundle states would otherwise be lost, and a finished task would read as not begun.
+    if (task.percentComplete == 0) {
         task.percentComplete = tvnxread::number(element, tvnx::element::kCompletionPercentage, 0.0);
     }
     task.workPercentComplete = info.workPercentCompletion();

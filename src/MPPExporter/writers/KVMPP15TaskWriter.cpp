@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace {
 
@@ -100,8 +101,9 @@ TVTimeSpan microseconds(double seconds) {
     return truncatedMPPInteger<TVTimeSpan>(seconds * kMicrosecondsPerSecond);
 }
 
+// Rounded to the nearest whole percent: a share computed from durations, such as 0.5699, is 57 %.
 int64_t percent(double fraction) {
-    return truncatedMPPInteger<int64_t>(fraction * 100.0);
+    return truncatedMPPInteger<int64_t>(std::round(fraction * 100.0));
 }
 
 std::optional<TVDate> wallClock(std::optional<TVDate> date) {

@@ -110,3 +110,25 @@ bool KVMSPIMPPAssignmentReader::assignmentUID(int32_t uid, int32_t& value, TVErr
     value = uid;
     return true;
 }
+
+const std::vector<int32_t>& KVMSPIMPPAssignmentReader::assignmentsOf(Owner owner, int32_t ownerUID) {
+    if (!m_assignmentsByOwner) {
+        auto& [byTask, byResource] = m_assignmentsByOwner.emplace();
+        for (const int32_t uid : uniqueIDs()) {
+            int32_t value = -1;
+            if (!isValidUID(uid)) {
+                continue;
+            }
+            if (assignmentTaskUID(uid, value)) {
+                byTask[value].push_back(uid);
+            }
+            if (assignmentResourceUID(uid, value)) {
+                byResource[value].push_back(uid);
+            }
+        }
+    }
+    static const std::vector<int32_t> kNone;
+    const auto& index = (*m_assignmentsByOwner)[owner == Owner::task ? 0 : 1];
+    const auto found = index.find(ownerUID);
+    return found != index.end() ? found->second : kNone;
+}

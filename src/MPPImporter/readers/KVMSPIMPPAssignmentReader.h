@@ -4,6 +4,11 @@
 #include "MPPImporter/readers/KVMSPIMPPAbsAssignmentReader.h"
 #include "MPPImporter/readers/MPPObjectFieldReads.h"
 
+#include <array>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
 // The assignments of the "TBkndAssn" storage, answered field by field by UID. At open it decodes the
 // timephased work block of each assignment into its phases, laid on the standard calendar from the
 // assignment's start.
@@ -34,6 +39,13 @@ public:
     bool assignmentCost(int32_t uid, double& value, TVError* error = nullptr) override;
     bool assignmentUID(int32_t uid, int32_t& value, TVError* error = nullptr) override;
 
+    // Whose assignments an owner index answers: a task's or a resource's.
+    enum class Owner { task, resource };
+    // The UIDs of the valid assignments of the task or resource, in the collection's order. The index
+    // is made on first use: the import asks it once per task and once per resource, and walking every
+    // assignment for each of them made a plan of thousands of tasks take minutes.
+    const std::vector<int32_t>& assignmentsOf(Owner owner, int32_t ownerUID);
+
 private:
     // A work field of the assignment, in seconds.
     bool readSeconds(MPPField field, int32_t uid, double& value, TVError* error);
@@ -44,4 +56,5 @@ private:
     MPPObjectFieldReads m_reads;
     int32_t m_baselineNumber = -1;
     KVMSPITimephasedDataMap m_timephasedDataMap;
+    std::optional<std::array<std::unordered_map<int32_t, std::vector<int32_t>>, 2>> m_assignmentsByOwner;
 };

@@ -48,27 +48,34 @@ bool KVMSPISingleAssignmentReader::assignmentTaskUID(int32_t& value, TVError* /*
     return true;
 }
 
-KVMSPIXQPredicate KVMSPISingleAssignmentReader::predicateWithString(const std::optional<std::string>& text) {
+std::optional<std::pair<KVMSPIMPPAssignmentReader::Owner, int32_t>>
+KVMSPISingleAssignmentReader::ownerWithString(const std::optional<std::string>& text) {
     if (!text) {
-        return {};
+        return std::nullopt;
     }
-    using UIDOperation = bool (KVMSPISingleAssignmentReader::*)(int32_t&, TVError*) const;
+    using Owner = KVMSPIMPPAssignmentReader::Owner;
     static const PosixRegex resourceUID("ResourceUID=([[:digit:]]*)", 2);
     static const PosixRegex taskUID("TaskUID=([[:digit:]]*)", 2);
-    for (const auto& [expression, operation] :
-         {std::pair<const PosixRegex&, UIDOperation>(resourceUID,
-                                                     &KVMSPISingleAssignmentReader::assignmentResourceUID),
-          std::pair<const PosixRegex&, UIDOperation>(taskUID,
-                                                     &KVMSPISingleAssignmentReader::assignmentTaskUID)}) {
+    for (const auto& [expression, owner] : {std::pair<const PosixRegex&, Owner>(resourceUID, Owner::resource),
+                                            std::pair<const PosixRegex&, Owner>(taskUID, Owner::task)}) {
         if (const std::optional<std::vector<std::string>> groups = predicateGroups(expression, 1, *text)) {
-            const int32_t value = predicateIntValue(groups->front());
-            // The binding is copied by name: a structured binding cannot be captured by every compiler.
-            return [value, operation = operation](KVMSPIXQuery& object) {
-                int32_t uid = -1;
-                return (predicateObject<KVMSPISingleAssignmentReader>(object).*operation)(uid, nullptr) &&
-                       uid == value;
-            };
+            return std::pair(owner, predicateIntValue(groups->front()));
         }
+    }
+    return std::nullopt;
+}
+
+KVMSPIXQPredicate KVMSPISingleAssignmentReader::predicateWithString(const std::optional<std::string>& text) {
+    if (const auto owner = ownerWithString(text)) {
+        using UIDOperation = bool (KVMSPISingleAssignmentReader::*)(int32_t&, TVError*) const;
+        const UIDOperation operation = owner->first == KVMSPIMPPAssignmentReader::Owner::task
+                                           ? &KVMSPISingleAssignmentReader::assignmentTaskUID
+                                           : &KVMSPISingleAssignmentReader::assignmentResourceUID;
+        return [value = owner->second, operation](KVMSPIXQuery& object) {
+            int32_t uid = -1;
+            return (predicateObject<KVMSPISingleAssignmentReader>(object).*operation)(uid, nullptr) &&
+                   uid == value;
+        };
     }
     return KVMSPISingleObjectReaderBase::predicateWithString(text);
 }

@@ -4,6 +4,8 @@
 #include "MPPImporter/readers/KVMSPISingleObjectReaderBase.h"
 
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 // One assignment of the assignment reader: its UID, its task and resource, and the phases of its
@@ -24,6 +26,9 @@ public:
     // resource or task is n. Any other text as the base reads it ("UID=n"); none for no text, or for
     // an "=" without digits.
     static KVMSPIXQPredicate predicateWithString(const std::optional<std::string>& text);
+    // The owner and its UID that a "ResourceUID=n" or "TaskUID=n" text names; none for any other text.
+    static std::optional<std::pair<KVMSPIMPPAssignmentReader::Owner, int32_t>>
+    ownerWithString(const std::optional<std::string>& text);
 
     // -1 for a UID that couldn't be read. All three are always true.
     bool assignmentUID(int32_t& value, TVError* error = nullptr) const;

@@ -64,7 +64,8 @@ std::string wallClock(const std::string& date) {
 // that don't overlap, each with its working times, in the form the export takes them: a repeated
 // event counts on its occurrences, which come back as single exceptions without their rule.
 // The baselines hold the name of each baseline file of the bundle and, per file, each task's title
-// with the dates it states.
+// with the dates it states. The values hold each task's scheduling type, priority, work, work done,
+// completion and note text.
 struct Outline {
     std::vector<std::string> structure{};
     std::vector<std::string> schedule{};
@@ -73,6 +74,7 @@ struct Outline {
     std::vector<std::string> week{};
     std::vector<std::string> exceptions{};
     std::vector<std::string> baselines{};
+    std::vector<std::string> values{};
 };
 
 // The resources of a plan by ID, and their lines.
@@ -236,6 +238,13 @@ Outline outline(const fs::path& bundle) {
             schedule << ' ' << wallClock(text(child(*task, date)));
         }
         result.schedule.push_back(schedule.str());
+        std::ostringstream values;
+        values << text(child(*task, "title"));
+        for (const char* value :
+             {"schedule-type", "priority", "effort", "effort-done", "completion-percentage", "note"}) {
+            values << " | " << text(child(*task, value));
+        }
+        result.values.push_back(values.str());
     }
     return result;
 }
@@ -456,7 +465,7 @@ TEST_F(ExportCorpusTest, EveryImportedPlanComesBackTheSame) {
         {"structure", &Outline::structure}, {"schedule", &Outline::schedule},
         {"resources", &Outline::resources}, {"assignments", &Outline::assignments},
         {"week", &Outline::week},           {"exceptions", &Outline::exceptions},
-        {"baselines", &Outline::baselines},
+        {"baselines", &Outline::baselines}, {"task values", &Outline::values},
     };
     for (const auto& [name, trip] : s_first) {
         for (const auto& [field, part] : parts) {

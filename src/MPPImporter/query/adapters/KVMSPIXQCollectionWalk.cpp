@@ -14,6 +14,13 @@ KVMSPIXQCollectionWalk::objectsOfFamily(const Family& family,
             return {{family.newFullReader(uid)}, false};
         }
     }
+    if (const std::vector<int32_t>* uids = family.indexedUIDs ? family.indexedUIDs(predicateText) : nullptr) {
+        Objects objects;
+        for (const int32_t uid : *uids) {
+            objects.push_back(family.newFullReader(uid));
+        }
+        return {std::move(objects), false};
+    }
     const KVMSPIXQPredicate predicate = family.predicateWithString(predicateText);
     if (predicate) {
         return {filteredObjects(family, predicate), false};

@@ -26,6 +26,9 @@ public:
         std::function<std::shared_ptr<KVMSPIXQuery>(int32_t)> newFilterReader;
         std::function<KVMSPIXQPredicate(const std::optional<std::string>&, int32_t*)> uidPredicateWithString;
         std::function<KVMSPIXQPredicate(const std::optional<std::string>&)> predicateWithString;
+        // The UIDs that a predicate selects, from an index of the collection: none where no index
+        // answers the predicate, which is then tested on every UID.
+        std::function<const std::vector<int32_t>*(const std::optional<std::string>&)> indexedUIDs{};
     };
 
     struct Result {

@@ -59,8 +59,13 @@ std::optional<KVMSPIXQCollectionWalk::Family> familyOf(const KVMSPIMPPProjectRea
         break;
     case Collection::assignments:
         if (auto* assignments = dynamic_cast<KVMSPIMPPAssignmentReader*>(project.assignmentReader())) {
-            return KVMSPIXQCollectionWalk::familyOf(
+            KVMSPIXQCollectionWalk::Family family = KVMSPIXQCollectionWalk::familyOf(
                 *assignments, &KVMSPISingleAssignmentReader::initForFilterWithAssignmentUID);
+            family.indexedUIDs = [assignments](const std::optional<std::string>& text) {
+                const auto owner = KVMSPISingleAssignmentReader::ownerWithString(text);
+                return owner ? &assignments->assignmentsOf(owner->first, owner->second) : nullptr;
+            };
+            return family;
         }
         break;
     case Collection::calendars:
