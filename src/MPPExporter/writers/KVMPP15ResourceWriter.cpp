@@ -149,13 +149,8 @@ uint32_t KVMPP15ResourceWriter::calculateResourcePositionInResourceSheet(uint64_
 }
 
 uint32_t KVMPP15ResourceWriter::getTextFieldTypeForIndex(int64_t position) {
-    const auto fields = mppResourceCustomFields(MPPCustomFieldType::text, kMSPDIVersion_2010);
-    if (position < 1 || position > static_cast<int64_t>(fields.size())) {
-        throw TVException(
-            kUnknownTextFieldException,
-            stringWithFormat("Text field type is unknown for index %d", static_cast<int>(position)));
-    }
-    return static_cast<uint32_t>(fields[static_cast<size_t>(position - 1)].propertyNumber);
+    return textFieldPropertyNumber(mppResourceCustomFields(MPPCustomFieldType::text, kMSPDIVersion_2010),
+                                   position);
 }
 
 bool KVMPP15ResourceWriter::writeDataForProject(const KVMPPProject* project) {

@@ -212,13 +212,8 @@ void KVMPP15TaskWriter::preprocessProject(KVMPPProject& project) {
 }
 
 uint32_t KVMPP15TaskWriter::getTextFieldTypeForIndex(int64_t position) {
-    const auto fields = mppTaskCustomFields(MPPCustomFieldType::text, kMSPDIVersion_2010);
-    if (position < 1 || position > static_cast<int64_t>(fields.size())) {
-        throw TVException(
-            kUnknownTextFieldException,
-            stringWithFormat("Text field type is unknown for index %d", static_cast<int>(position)));
-    }
-    return static_cast<uint32_t>(fields[static_cast<size_t>(position - 1)].propertyNumber);
+    return textFieldPropertyNumber(mppTaskCustomFields(MPPCustomFieldType::text, kMSPDIVersion_2010),
+                                   position);
 }
 
 bool KVMPP15TaskWriter::writeDataForProject(const KVMPPProject* project) {

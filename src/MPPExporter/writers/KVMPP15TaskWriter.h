@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MPPExporter/writers/KVMPPWriter.h"
+#include "MPPExporter/writers/MPPFieldAliasProps.h"
 #include "MPPImporter/format/MPPFieldCatalog.h"
 
 #include <cstdint>
@@ -11,7 +12,6 @@ class KVMPPTask;
 class KVMPPTaskBaseline;
 
 // Exception names of the task writer.
-inline constexpr const char* kUnknownTextFieldException = "UnknownTextFieldException";
 inline constexpr const char* kTooManyBaselinesException = "TooManyBaselinesException";
 
 // Regenerates the storage "TBkndTask" from the project's tasks: the project summary record first,

@@ -1,5 +1,7 @@
 #include "MPPExporter/writers/MPPFieldAliasProps.h"
 
+#include "MPPCommon/support/Log.h"
+#include "MPPCommon/support/TVException.h"
 #include "MPPExporter/writers/KVMPPOffsetMarkedData.h"
 
 namespace {
@@ -47,4 +49,13 @@ void writeFieldAliasElement(KVMPPProps& props, const std::vector<std::string>& n
         props.writeInteger(word);
     }
     props.closeCurrentElement();
+}
+
+uint32_t textFieldPropertyNumber(std::span<const MPPCustomFieldRecord> textFields, int64_t position) {
+    if (position < 1 || position > static_cast<int64_t>(textFields.size())) {
+        throw TVException(
+            kUnknownTextFieldException,
+            stringWithFormat("Text field type is unknown for index %d", static_cast<int>(position)));
+    }
+    return static_cast<uint32_t>(textFields[static_cast<size_t>(position - 1)].propertyNumber);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MPPExporter/writers/KVMPPProps.h"
+#include "MPPImporter/format/MPPCustomFieldRecord.h"
 
 #include <cstdint>
 #include <functional>
@@ -15,3 +16,9 @@
 void writeFieldAliasElement(KVMPPProps& props, const std::vector<std::string>& names,
                             const std::function<uint32_t(int64_t)>& typeForIndex, uint16_t varMetaEnding,
                             std::span<const uint32_t> trailer);
+
+inline constexpr const char* kUnknownTextFieldException = "UnknownTextFieldException";
+
+// The property number of the custom text field at a 1-based position of a kind's text fields; a
+// position outside them raises kUnknownTextFieldException.
+uint32_t textFieldPropertyNumber(std::span<const MPPCustomFieldRecord> textFields, int64_t position);
