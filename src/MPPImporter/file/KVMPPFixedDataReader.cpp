@@ -83,8 +83,8 @@ void KVMPPFixedDataReader::getMetaFirstFields(std::vector<int32_t>& firstFields,
     uint32_t metaSize = streamSize(*_metaStream);
     tvAssert(_metaStream->position() == 0, "Incorect position in fixed meta stream.");
     _metaStream->seekFromStart(kFixedMetaElementCountOffset);
-    _metaStream->readInt();
-    checkError(*_metaStream, domain);
+    const int32_t itemsInUse = _metaStream->readInt();
+    const bool countRead = checkError(*_metaStream, domain);
     _metaStream->readInt();
     checkError(*_metaStream, domain);
     uint32_t position = _metaStream->position();
@@ -92,7 +92,13 @@ void KVMPPFixedDataReader::getMetaFirstFields(std::vector<int32_t>& firstFields,
              stringWithFormat("Invalid Fixed data meta table offset (%d). Table should begin at %d.",
                               static_cast<int32_t>(position), kFixedMetaHeaderSize));
 
+    // The table keeps growing when objects are deleted: the header counts the items in use, and the
+    // items behind them are left over from earlier saves (deleted rows and links, older copies of live
+    // objects, offsets that would cut the last live item short). A count of 0 leaves no object.
     _metaStreamItemCount = static_cast<int32_t>((metaSize - kFixedMetaHeaderSize) / _metaStreamItemSize);
+    if (countRead && itemsInUse >= 0 && itemsInUse < _metaStreamItemCount) {
+        _metaStreamItemCount = itemsInUse;
+    }
     firstFields.reserve(static_cast<size_t>(_metaStreamItemCount));
     dataItemOffsets.reserve(static_cast<size_t>(_metaStreamItemCount));
     std::vector<uint8_t> item(static_cast<size_t>(_metaStreamItemSize));

@@ -14,7 +14,7 @@ inline constexpr uint32_t kMPPMetaStreamMagicNumber = 0xFADFADBA;
 inline constexpr int32_t kFixedMetaMagicOffset = 0;
 inline constexpr int32_t kFixedMetaHeaderFlagOffset = 4;
 inline constexpr uint32_t kFixedMetaHeaderFlag = 4;
-inline constexpr int32_t kFixedMetaElementCountOffset = 8;    // item count; read to measure items
+inline constexpr int32_t kFixedMetaElementCountOffset = 8;    // count of the items in use
 inline constexpr int32_t kFixedMetaCumulativeSizeOffset = 12; // not used when reading
 inline constexpr int32_t kFixedMetaHeaderSize = 16;
 

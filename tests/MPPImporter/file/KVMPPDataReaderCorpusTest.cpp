@@ -17,9 +17,14 @@
 
 namespace {
 
-uint32_t streamSizeIn(SSLStorage& storage, const char* name) {
-    auto stream = storage.childStreamWithName(name);
-    return stream ? stream->bytesAvailable() : 0;
+// The count of items in use that the fixed meta stream's header gives; 0 without a header.
+int32_t itemsInUseIn(SSLStorage& storage) {
+    auto stream = storage.childStreamWithName(kFixedMetaStreamName);
+    if (!stream || stream->bytesAvailable() < static_cast<uint32_t>(kFixedMetaHeaderSize)) {
+        return 0;
+    }
+    stream->seekFromStart(kFixedMetaElementCountOffset);
+    return stream->readInt();
 }
 
 // Opens every object storage of a file with its readers, which logs any read error, and reads the
@@ -47,13 +52,13 @@ std::string checkFile(const std::string& path, int64_t* taskObjects) {
         if (!storage) {
             continue;
         }
-        const int64_t fixedMetaSize = streamSizeIn(*storage, kFixedMetaStreamName);
+        const int32_t itemsInUse = itemsInUseIn(*storage);
         KVMSPIMPPDataDirectoryReader reader(std::move(storage), kind, fileReader.get());
         auto* fixed = reader.fixedDataReader();
         if (!fixed) {
             continue;
         }
-        if (fixedMetaSize >= kFixedMetaHeaderSize + fixed->metaStreamItemSize() && fixed->itemCount() == 0) {
+        if (itemsInUse > 0 && fixed->itemCount() == 0) {
             problems += std::string(kind) + " fixed stream not opened; ";
         }
         for (int32_t uid : fixed->uniqueIDs()) {

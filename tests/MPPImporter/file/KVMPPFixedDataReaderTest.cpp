@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <optional>
 
 namespace {
 
@@ -20,10 +21,14 @@ struct MetaItem {
     int32_t dataOffset;
 };
 
-std::vector<uint8_t> fixedMeta(const std::vector<MetaItem>& items,
-                               uint32_t magic = kMPPMetaStreamMagicNumber) {
+// `inUse` is the header's count of items in use; all of them when not given.
+std::vector<uint8_t> fixedMeta(const std::vector<MetaItem>& items, uint32_t magic = kMPPMetaStreamMagicNumber,
+                               std::optional<int32_t> inUse = std::nullopt) {
     ByteWriter meta;
-    meta.u32(magic).u32(4).u32(static_cast<uint32_t>(items.size())).u32(0);
+    meta.u32(magic)
+        .u32(4)
+        .u32(static_cast<uint32_t>(inUse.value_or(static_cast<int32_t>(items.size()))))
+        .u32(0);
     for (size_t index = 0; index < items.size(); ++index) {
         // The flag byte at offset 8 and the last byte of the item let reads tell items apart.
         meta.u32(static_cast<uint32_t>(items[index].firstField))
@@ -132,6 +137,35 @@ TEST(KVMPPFixedDataReader, ItemWhoseNextOffsetLiesBehindTheEndIsDropped) {
     // Item 0 is skipped, item 1 is measured from the older start, and item 2 runs to the end.
     using Call = TestFixedDataReader::Call;
     EXPECT_THAT(reader.calls, ElementsAre(Call{0, 0, 16}, Call{0, 16, 24}));
+}
+
+TEST(KVMPPFixedDataReader, ItemsBehindTheHeadersCountAreLeftOversAndHoldNoObjects) {
+    // Two items in use; behind them an older copy of UID 2 that starts where UID 2 starts and a deleted
+    // row of UID 3. UID 2 runs to the end of the data stream instead of getting the minimum size.
+    ByteWriter data;
+    data.bytes(dataItem(1, 1, 10)).bytes(dataItem(2, 2, 20)).bytes(dataItem(3, 3, 10));
+    StreamFile file =
+        fixedFile(fixedMeta({{0, 0}, {0, 10}, {0, 10}, {0, 30}}, kMPPMetaStreamMagicNumber, 2), data.data());
+    TestFixedDataReader reader(file, 0, 8, 0);
+    ASSERT_TRUE(reader.open());
+    EXPECT_EQ(reader.itemCount(), 2);
+    using Call = TestFixedDataReader::Call;
+    EXPECT_THAT(reader.calls, ElementsAre(Call{0, 0, 10}, Call{0, 10, 30}));
+    EXPECT_THAT(reader.uniqueIDs(), UnorderedElementsAre(1, 2));
+
+    // A count of more items than the stream holds, or a negative one, leaves every item of the stream;
+    // a count of 0 leaves none.
+    for (const int32_t inUse : {9, -2}) {
+        StreamFile all =
+            fixedFile(fixedMeta({{0, 0}, {0, 10}, {0, 30}}, kMPPMetaStreamMagicNumber, inUse), data.data());
+        TestFixedDataReader allReader(all, 0, 8, 0);
+        ASSERT_TRUE(allReader.open());
+        EXPECT_THAT(allReader.uniqueIDs(), UnorderedElementsAre(1, 2, 3)) << inUse;
+    }
+    StreamFile none = fixedFile(fixedMeta({{0, 0}, {0, 10}}, kMPPMetaStreamMagicNumber, 0), data.data());
+    TestFixedDataReader noneReader(none, 0, 8, 0);
+    ASSERT_TRUE(noneReader.open());
+    EXPECT_THAT(noneReader.uniqueIDs(), IsEmpty());
 }
 
 TEST(KVMPPFixedDataReader, ItemsBelowFirstIndexAndGapsHoldNoObjects) {

@@ -21,10 +21,11 @@ namespace {
 
 constexpr uint32_t kMagic = 0xFADFADBA;
 
-// A fixed meta stream: its header, then one item per (first field, data offset), padded to the size.
+// A fixed meta stream: its header with the count of items in use, then one item per (first field, data
+// offset), padded to the size.
 MPPFixtureFile::Bytes metaStream(uint32_t itemSize, const std::vector<std::pair<uint32_t, uint32_t>>& items) {
     ByteWriter bytes;
-    bytes.u32(kMagic).zeros(12);
+    bytes.u32(kMagic).u32(4).u32(static_cast<uint32_t>(items.size())).u32(0);
     for (const auto& [firstField, dataOffset] : items) {
         bytes.u32(firstField).u32(dataOffset).zeros(itemSize - 8);
     }

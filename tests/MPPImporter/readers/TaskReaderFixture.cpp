@@ -31,7 +31,7 @@ void addFixedPair(MPPFixtureFile& file, const std::string& prefix, int32_t metaS
                   const std::vector<std::vector<uint8_t>>& metaItems,
                   const std::vector<std::vector<uint8_t>>& dataItems) {
     ByteWriter meta;
-    meta.u32(kMagic).zeros(12);
+    meta.u32(kMagic).u32(4).u32(static_cast<uint32_t>(kLeadingItems + metaItems.size())).u32(0);
     for (int32_t i = 0; i < kLeadingItems; ++i) {
         meta.zeros(static_cast<size_t>(metaSize));
     }
