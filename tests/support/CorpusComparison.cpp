@@ -44,6 +44,18 @@ std::string percent(long part, long whole) {
     return text;
 }
 
+// Agreement counts only the values that agree; the listed differences are true differences of single
+// files, told apart with the share that they would add.
+std::string shareText(const CorpusComparison::Counts& counts) {
+    std::string text = std::to_string(counts.agreed) + "/" + std::to_string(counts.compared) + " " +
+                       percent(counts.agreed, counts.compared);
+    if (counts.listed > 0) {
+        text += " (" + std::to_string(counts.listed) + " listed; " +
+                percent(counts.agreed + counts.listed, counts.compared) + " with them)";
+    }
+    return text;
+}
+
 } // namespace
 
 CorpusComparison::Corpus CorpusComparison::Corpus::current() {
@@ -203,12 +215,26 @@ std::string CorpusComparison::failures() const {
     return text;
 }
 
+CorpusComparison::Counts CorpusComparison::counts(const std::string& fieldPrefix) const {
+    Counts total;
+    for (const auto& [name, field] : m_fields) {
+        if (name.starts_with(fieldPrefix)) {
+            total.compared += field.compared;
+            total.agreed += field.agreed;
+            total.listed += field.listed;
+        }
+    }
+    return total;
+}
+
+std::string CorpusComparison::shareOf(const std::string& fieldPrefix) const {
+    return shareText(counts(fieldPrefix));
+}
+
 std::string CorpusComparison::summary() const {
     std::string text;
     for (const auto& [name, field] : m_fields) {
-        text += name + " " + std::to_string(field.agreed + field.listed) + "/" +
-                std::to_string(field.compared) + " " + percent(field.agreed + field.listed, field.compared) +
-                (field.listed > 0 ? " (" + std::to_string(field.listed) + " listed)" : "") + "\n";
+        text += name + " " + shareText(Counts{field.compared, field.agreed, field.listed}) + "\n";
         if (m_shares.contains(name)) {
             text += examples(field);
         }

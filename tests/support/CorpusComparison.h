@@ -46,9 +46,21 @@ public:
     // Holds `field` to agreeing on at least `share` of its values instead of failing on each difference.
     void requireShare(const std::string& field, double share);
 
+    // Values compared, agreeing, and differing as the manifest lists, over the fields whose names
+    // begin with a prefix.
+    struct Counts {
+        long compared = 0;
+        long agreed = 0;
+        long listed = 0;
+    };
+    Counts counts(const std::string& fieldPrefix) const;
+    // The share of agreeing values over those fields, in words, with the listed differences apart.
+    std::string shareOf(const std::string& fieldPrefix) const;
+
     // What fails, in words; empty when the comparison passes.
     std::string failures() const;
     // Per field: agreed, compared, and the share, with the differences of the fields held to a share.
+    // Listed differences are counted apart and never as agreeing values.
     std::string summary() const;
 
 private:

@@ -84,8 +84,11 @@ TEST_F(ManifestRunnerTest, AFieldHeldToAShareFailsBelowItOrWithoutValues) {
     }
     floor.compare("other.mpp", "name", "task 9", "a", "b");
     EXPECT_EQ(floor.failures(), "id: agrees on 62.50%, below 75.00%\nstart: no value compared\n");
-    EXPECT_NE(floor.summary().find("name 7/9 77.78% (1 listed)\n    other.mpp\tname\ttask 1"),
-              std::string::npos);
+    EXPECT_NE(
+        floor.summary().find("name 6/9 66.67% (1 listed; 77.78% with them)\n    other.mpp\tname\ttask 1"),
+        std::string::npos);
+    EXPECT_EQ(floor.shareOf(""), "11/17 64.71% (1 listed; 70.59% with them)");
+    EXPECT_EQ(floor.counts("id").agreed, 5);
 }
 
 } // namespace

@@ -417,6 +417,11 @@ TEST(InterchangeCorpus, MppCopiesAnswerAsTheirInterchangeXml) {
     }
     tvSetLogSink({});
     std::cout << comparison.summary();
+    // The leaves of each collection and of the whole plan, as one share each.
+    for (const char* collection : {"Tasks/", "Resources/", "Assignments/", "Calendars/", ""}) {
+        std::cout << "all " << (*collection != '\0' ? collection : "leaves") << " "
+                  << comparison.shareOf(collection) << "\n";
+    }
     const std::string failures = comparison.failures();
     EXPECT_TRUE(failures.empty()) << failures;
 }
