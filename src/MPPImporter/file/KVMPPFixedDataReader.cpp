@@ -51,16 +51,19 @@ bool KVMPPFixedDataReader::open() {
     return true;
 }
 
-int32_t KVMPPFixedDataReader::metaItemSizeFromHeader(SSLStream& metaStream, int32_t tableSize) {
+int32_t KVMPPFixedDataReader::metaItemSizeForItems(SSLStream& metaStream, int64_t itemCount,
+                                                   int32_t tableSize) {
     const int64_t itemBytes = int64_t{streamSize(metaStream)} - kFixedMetaHeaderSize;
-    metaStream.seekFromStart(kFixedMetaElementCountOffset);
-    const int32_t count = metaStream.readInt();
-    const bool countRead = metaStream.lastError() == 0;
     metaStream.rewind();
-    if (!countRead || count <= 0 || itemBytes <= 0 || itemBytes % count != 0) {
+    if (itemCount <= 0 || itemBytes <= 0 || itemBytes % itemCount != 0) {
         return tableSize;
     }
-    return static_cast<int32_t>(std::max<int64_t>(itemBytes / count, tableSize));
+    return static_cast<int32_t>(std::max<int64_t>(itemBytes / itemCount, tableSize));
+}
+
+int64_t KVMPPFixedDataReader::metaItemsInStream(SSLStream& metaStream, int32_t itemSize) {
+    const int64_t itemBytes = int64_t{streamSize(metaStream)} - kFixedMetaHeaderSize;
+    return itemSize > 0 && itemBytes > 0 ? itemBytes / itemSize : 0;
 }
 
 bool KVMPPFixedDataReader::openMetaStream() {

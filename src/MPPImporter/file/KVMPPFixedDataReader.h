@@ -39,10 +39,11 @@ public:
     // objects, and no error is logged.
     bool open() override;
 
-    // The meta item size that the stream's header tells: the item count at offset 8 divides the bytes
-    // behind the header exactly. `tableSize` if the header tells none, or a smaller one. Leaves the
-    // stream at its start.
-    static int32_t metaItemSizeFromHeader(SSLStream& metaStream, int32_t tableSize);
+    // The meta item size of a table of `itemCount` items: the count divides the bytes behind the header
+    // exactly. `tableSize` if it doesn't, or if that gives a smaller size. Leaves the stream at its start.
+    static int32_t metaItemSizeForItems(SSLStream& metaStream, int64_t itemCount, int32_t tableSize);
+    // The count of items that a meta stream holds behind its header, in use or not.
+    static int64_t metaItemsInStream(SSLStream& metaStream, int32_t itemSize);
 
     // True if the UID is known; fills `info` when given.
     bool dataItemInfo(MPPDataItemInfo* info, int32_t uid) const;

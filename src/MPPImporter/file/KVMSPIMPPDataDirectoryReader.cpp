@@ -57,6 +57,11 @@ KVMSPIMPPDataDirectoryReader::KVMSPIMPPDataDirectoryReader(std::unique_ptr<SSLSt
     std::unique_ptr<SSLStream> varData = storage.childStreamWithName(kVar2DataStreamName);
 
     const auto firstIndex = static_cast<int64_t>(params.firstFixedIndex);
+    // The Fixed2 meta table holds one item per item of the first table, in use or left over.
+    const int64_t fixedItems = fixedMeta
+                                   ? KVMPPFixedDataReader::metaItemsInStream(
+                                         *fixedMeta, static_cast<int32_t>(params.fixed.metaStreamItemSize))
+                                   : 0;
     if (params.hasFixedStream && fixedMeta && fixedData) {
         m_fixedDataReader = std::make_unique<KVMPPFixedDataReader>(
             std::move(fixedMeta), kFixedMetaStreamName, static_cast<int32_t>(params.fixed.metaStreamItemSize),
@@ -72,7 +77,8 @@ KVMSPIMPPDataDirectoryReader::KVMSPIMPPDataDirectoryReader(std::unique_ptr<SSLSt
         m_fixedDataReader->indexMap()) {
         auto fixed2ItemSize = static_cast<int32_t>(params.fixed2.metaStreamItemSize);
         if (MPPPropertyList().fixed2MetaItemSizeFromStream()) {
-            fixed2ItemSize = KVMPPFixedDataReader::metaItemSizeFromHeader(*fixed2Meta, fixed2ItemSize);
+            fixed2ItemSize =
+                KVMPPFixedDataReader::metaItemSizeForItems(*fixed2Meta, fixedItems, fixed2ItemSize);
         }
         m_fixed2DataReader = std::make_unique<KVMPPFixedDataReader>(
             std::move(fixed2Meta), kFixed2MetaStreamName, fixed2ItemSize, params.fixed2.metaStreamMagicNumber,

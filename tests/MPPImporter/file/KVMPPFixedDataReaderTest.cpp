@@ -244,14 +244,16 @@ TEST(KVMPPFixedDataReader, Fixed2ItemsBelongToTheObjectsOfTheFirstPair) {
     EXPECT_EQ(value, 0x22);
 }
 
-TEST(KVMPPFixedDataReader, MetaItemSizeFromHeaderNeedsACountThatFillsTheStreamExactly) {
-    const auto sizeOf = [](uint32_t count, size_t itemBytes, size_t trailingBytes = 0) {
+TEST(KVMPPFixedDataReader, MetaItemSizeNeedsACountThatFillsTheStreamExactly) {
+    // The header's count of items in use (1) tells nothing: the size comes from the count given.
+    const auto sizeOf = [](int64_t count, size_t itemBytes, size_t trailingBytes = 0) {
         ByteWriter meta;
-        meta.u32(kMPPMetaStreamMagicNumber).u32(4).u32(count).u32(0).zeros(itemBytes + trailingBytes);
+        meta.u32(kMPPMetaStreamMagicNumber).u32(4).u32(1).u32(0).zeros(itemBytes + trailingBytes);
         StreamFile file({{"Fixed2Meta", meta.data()}});
         auto stream = file.stream("Fixed2Meta");
-        const int32_t size = KVMPPFixedDataReader::metaItemSizeFromHeader(*stream, 93);
+        const int32_t size = KVMPPFixedDataReader::metaItemSizeForItems(*stream, count, 93);
         EXPECT_EQ(stream->position(), 0u);
+        EXPECT_EQ(KVMPPFixedDataReader::metaItemsInStream(*stream, 47), static_cast<int64_t>(itemBytes) / 47);
         return size;
     };
     EXPECT_EQ(sizeOf(3, 3 * 94), 94);
@@ -260,7 +262,7 @@ TEST(KVMPPFixedDataReader, MetaItemSizeFromHeaderNeedsACountThatFillsTheStreamEx
     EXPECT_EQ(sizeOf(3, 3 * 94, 1), 93) << "a remainder leaves the table's size";
     EXPECT_EQ(sizeOf(3, 3 * 86), 93) << "items are never shorter than the table says";
     EXPECT_EQ(sizeOf(0, 3 * 94), 93);
-    EXPECT_EQ(sizeOf(0xFFFFFFFF, 94), 93) << "a negative count";
+    EXPECT_EQ(sizeOf(-1, 94), 93) << "a negative count";
     EXPECT_EQ(sizeOf(4, 0), 93) << "a header without items";
 }
 

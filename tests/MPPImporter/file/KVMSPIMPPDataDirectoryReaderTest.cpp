@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -21,11 +22,12 @@ namespace {
 
 constexpr uint32_t kMagic = 0xFADFADBA;
 
-// A fixed meta stream: its header with the count of items in use, then one item per (first field, data
-// offset), padded to the size.
-MPPFixtureFile::Bytes metaStream(uint32_t itemSize, const std::vector<std::pair<uint32_t, uint32_t>>& items) {
+// A fixed meta stream: its header with the count of items in use (all unless given), then one item per
+// (first field, data offset), padded to the size.
+MPPFixtureFile::Bytes metaStream(uint32_t itemSize, const std::vector<std::pair<uint32_t, uint32_t>>& items,
+                                 std::optional<uint32_t> inUse = std::nullopt) {
     ByteWriter bytes;
-    bytes.u32(kMagic).u32(4).u32(static_cast<uint32_t>(items.size())).u32(0);
+    bytes.u32(kMagic).u32(4).u32(inUse.value_or(static_cast<uint32_t>(items.size()))).u32(0);
     for (const auto& [firstField, dataOffset] : items) {
         bytes.u32(firstField).u32(dataOffset).zeros(itemSize - 8);
     }
@@ -114,20 +116,21 @@ TEST_F(KVMSPIMPPDataDirectoryReaderTest, StorageWithoutStreamsOrOfUnknownKind) {
     }
 }
 
-// Application 16 writes Fixed2 meta items longer than the 93 bytes of its tables; the header's item
-// count tells their length. Two tasks (UIDs 10 and 12, object id first) behind three leading items,
+// Application 16 writes Fixed2 meta items longer than the 93 bytes of its tables; the first table's
+// count of items tells their length, as the Fixed2 table holds one item for each. Two tasks (UIDs 10
+// and 12, object id first) behind three leading items, and a left-over item behind the five in use;
 // each Fixed2 item marked at offset 80.
 MPPFixtureFile application16TaskFile(uint32_t fixed2ItemSize) {
-    constexpr uint32_t kItems = 5;
+    constexpr uint32_t kItemsInUse = 5;
     ByteWriter fixed2Meta;
-    fixed2Meta.u32(kMagic).u32(4).u32(kItems).u32(0);
-    for (uint32_t index = 0; index < kItems; ++index) {
+    fixed2Meta.u32(kMagic).u32(4).u32(kItemsInUse).u32(0);
+    for (uint32_t index = 0; index <= kItemsInUse; ++index) {
         fixed2Meta.u32(0).u32(index < 4 ? 0 : 4).zeros(72).u8(static_cast<uint8_t>(0xB0 + index));
         fixed2Meta.zeros(fixed2ItemSize - 81);
     }
     MPPFixtureFile file;
     file.addStream("   114/TBkndTask/FixedMeta",
-                   metaStream(47, {{0, 0}, {0, 0}, {0, 0}, {0x20, 0}, {0x20, 16}}));
+                   metaStream(47, {{0, 0}, {0, 0}, {0, 0}, {0x20, 0}, {0x20, 16}, {0x20, 16}}, kItemsInUse));
     file.addStream("   114/TBkndTask/FixedData",
                    ByteWriter().u32(1).u32(10).zeros(8).u32(2).u32(12).zeros(8).data());
     file.addStream("   114/TBkndTask/Fixed2Meta", fixed2Meta.data());
