@@ -473,8 +473,7 @@ void KVMPP15ResourceWriter::writeProps() {
     KVMPPProps props;
     writeStream(kPropsStreamName, props, [&] {
         props.open();
-        constexpr uint32_t kTrailer[] = {8, 8, 0, 8, 8, 0, 0, 0};
-        writeFieldAliasElement(props, *names, getTextFieldTypeForIndex, kVarMetaEnding, kTrailer);
+        writeFieldAliasElement(props, *names, getTextFieldTypeForIndex, kVarMetaEnding);
         props.close();
     });
 }

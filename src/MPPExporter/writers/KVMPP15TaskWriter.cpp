@@ -700,8 +700,7 @@ void KVMPP15TaskWriter::writeProps() {
         props.write2ByteInteger(0);
         props.closeCurrentElement();
 
-        constexpr uint32_t kTrailer[8] = {};
-        writeFieldAliasElement(props, *names, getTextFieldTypeForIndex, kVarMetaEnding, kTrailer);
+        writeFieldAliasElement(props, *names, getTextFieldTypeForIndex, kVarMetaEnding);
         props.close();
     });
 }

@@ -7,18 +7,17 @@
 namespace {
 
 constexpr uint32_t kCustomNamesType = 0x4400001;
-constexpr size_t kAliasSize = 104;
+// Behind the names the planning application's files hold two empty blocks (each its two sizes 8 and
+// a count 0) and an empty list of field definitions (its count and size), for tasks and resources
+// alike.
+constexpr uint32_t kTrailer[] = {8, 8, 0, 8, 8, 0, 0, 0};
 
-// The names in UTF-16, each padded to the alias size; its element offsets place them.
+// The names in UTF-16, each with its terminator and packed one behind the other, as the planning
+// application's files hold them; its element offsets place them.
 void writeAliases(KVMPPOffsetMarkedData& aliases, const std::vector<std::string>& names) {
     for (const std::string& name : names) {
         aliases.startNewElement();
-        const uint64_t start = aliases.dataSize();
         aliases.writeString(name, kMPPDataEncodingUTF16LE);
-        const uint64_t written = aliases.dataSize() - start;
-        if (written < kAliasSize) {
-            aliases.writeZeroesBlockOfSize(kAliasSize - written);
-        }
         aliases.closeCurrentElement();
     }
 }
@@ -26,8 +25,7 @@ void writeAliases(KVMPPOffsetMarkedData& aliases, const std::vector<std::string>
 } // namespace
 
 void writeFieldAliasElement(KVMPPProps& props, const std::vector<std::string>& names,
-                            const std::function<uint32_t(int64_t)>& typeForIndex, uint16_t varMetaEnding,
-                            std::span<const uint32_t> trailer) {
+                            const std::function<uint32_t(int64_t)>& typeForIndex, uint16_t varMetaEnding) {
     props.startNewElementForType(kCustomNamesType, 0);
     const uint64_t sizesAt = props.dataSize();
     props.writeInteger(0);
@@ -45,7 +43,7 @@ void writeFieldAliasElement(KVMPPProps& props, const std::vector<std::string>& n
     const auto size = static_cast<uint32_t>(props.dataSize() - sizesAt - 4);
     props.writeInteger(size, sizesAt);
     props.writeInteger(size, sizesAt + 4);
-    for (uint32_t word : trailer) {
+    for (uint32_t word : kTrailer) {
         props.writeInteger(word);
     }
     props.closeCurrentElement();

@@ -11,11 +11,10 @@
 
 // The property element of a kind's custom field names (type 0x4400001): its two sizes, the count,
 // per field its property number, the kind's variable meta ending and the offset of its name, then the
-// names in UTF-16, each padded to the alias size, and the kind's trailing words. `typeForIndex` gives
-// the property number of the field at a 1-based position.
+// names in UTF-16, and the trailing words. `typeForIndex` gives the property number of the field at a
+// 1-based position.
 void writeFieldAliasElement(KVMPPProps& props, const std::vector<std::string>& names,
-                            const std::function<uint32_t(int64_t)>& typeForIndex, uint16_t varMetaEnding,
-                            std::span<const uint32_t> trailer);
+                            const std::function<uint32_t(int64_t)>& typeForIndex, uint16_t varMetaEnding);
 
 inline constexpr const char* kUnknownTextFieldException = "UnknownTextFieldException";
 

@@ -7,6 +7,8 @@
 #include "MPPImporter/file/KVMPPFixedDataReader.h"
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
+#include "MPPImporter/file/KVMSPIPropsReader.h"
+#include "MPPImporter/file/MPPFieldAliasElement.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 
 #include <array>
@@ -92,6 +94,40 @@ KVMSPIMPPDataDirectoryReader::KVMSPIMPPDataDirectoryReader(std::unique_ptr<SSLSt
             params.var.metaStreamMagicNumber, std::move(varData), kVar2DataStreamName, this);
         m_varDataReader->open();
     }
+    if (m_kind == Kind::task || m_kind == Kind::resource) {
+        readFieldAliases();
+    }
+}
+
+void KVMSPIMPPDataDirectoryReader::readFieldAliases() {
+    constexpr int32_t kFieldAliasesProperty = 0x4400001;
+    std::unique_ptr<SSLStream> stream = directory().childStreamWithName(kDataPropsStreamName);
+    if (!stream) {
+        return;
+    }
+    // The names are only names: a stream that doesn't read as properties costs them and nothing else.
+    try {
+        KVMSPIPropsReader props(std::move(stream));
+        int32_t size = 0;
+        if (!props.getPropertySize(&size, kFieldAliasesProperty) || size <= 0) {
+            return;
+        }
+        std::vector<uint8_t> payload(static_cast<size_t>(size));
+        if (!props.readPropertyByteArray(payload.data(), static_cast<uint32_t>(size), kFieldAliasesProperty,
+                                         false)) {
+            return;
+        }
+        for (MPPFieldAlias& alias : mppFieldAliases(payload)) {
+            m_fieldAliases.emplace(listPropertyOfStored(alias.property), std::move(alias.name));
+        }
+    } catch (const TVException& exception) {
+        tvLog(stringWithFormat("      WARNING: custom field names not read: %s", exception.reason().c_str()));
+    }
+}
+
+const std::string* KVMSPIMPPDataDirectoryReader::fieldAlias(int32_t property) const {
+    const auto found = m_fieldAliases.find(property);
+    return found == m_fieldAliases.end() ? nullptr : &found->second;
 }
 
 KVMSPIMPPDataDirectoryReader::~KVMSPIMPPDataDirectoryReader() = default;

@@ -3,6 +3,7 @@
 #include "MPPImporter/file/KVMSPOLE2DirectoryReader.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -42,6 +43,10 @@ public:
     // same, but where the application that saved the file numbers this kind's data otherwise.
     int32_t listPropertyOfStored(int32_t stored) const;
 
+    // The name that the user gave the task or resource custom field of this version's property
+    // number, from the storage's "Props" stream; none for a field without one.
+    const std::string* fieldAlias(int32_t property) const;
+
     KVMPPFixedDataReader* fixedDataReader() const { return m_fixedDataReader.get(); }
     KVMPPFixedDataReader* fixed2DataReader() const { return m_fixed2DataReader.get(); }
     KVMPPVarDataReader* varDataReader() const { return m_varDataReader.get(); }
@@ -53,4 +58,7 @@ private:
     std::unique_ptr<KVMPPFixedDataReader> m_fixed2DataReader;
     std::unique_ptr<KVMPPVarDataReader> m_varDataReader;
     Kind m_kind;
+    std::map<int32_t, std::string> m_fieldAliases;
+
+    void readFieldAliases();
 };

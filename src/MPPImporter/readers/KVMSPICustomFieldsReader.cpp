@@ -15,36 +15,40 @@ bool KVMSPICustomFieldsReader::customFields(
     if (project == nullptr || var == nullptr) {
         return true;
     }
-    // Reads each field of `table` with `read(record, property)`, which answers the attribute or none.
+    // Reads each field of `table` with `read(name, property)`, which answers the attribute or none. A
+    // field that the user named in the file goes by that name, so that the name survives the bundle;
+    // any other by the name of its kind and number ("TASK_TEXT1").
     const auto readTable = [&](Table table, auto read) {
         for (const MPPCustomFieldRecord& record : table) {
-            if (auto attribute = read(record, static_cast<int32_t>(record.propertyNumber))) {
+            const auto property = static_cast<int32_t>(record.propertyNumber);
+            const std::string* alias = m_reader.fieldAlias(property);
+            if (auto attribute = read(alias ? *alias : record.fieldName, property)) {
                 value.push_back(std::move(attribute));
             }
         }
     };
-    const auto doubles = [&](const MPPCustomFieldRecord& record, int32_t property) {
+    const auto doubles = [&](const std::string& name, int32_t property) {
         double number = 0;
         return project->customFieldDoubleValue(number, *var, m_uid, property, nullptr)
-                   ? KVMSPISingleExtendedAttribute::withDouble(number, record.fieldName, m_reader)
+                   ? KVMSPISingleExtendedAttribute::withDouble(number, name, m_reader)
                    : nullptr;
     };
-    const auto texts = [&](const MPPCustomFieldRecord& record, int32_t property) {
+    const auto texts = [&](const std::string& name, int32_t property) {
         std::string text;
         return project->customFieldUnicodeValue(text, *var, m_uid, property, nullptr)
-                   ? KVMSPISingleExtendedAttribute::withString(text, record.fieldName, m_reader)
+                   ? KVMSPISingleExtendedAttribute::withString(text, name, m_reader)
                    : nullptr;
     };
-    const auto durations = [&](const MPPCustomFieldRecord& record, int32_t property) {
+    const auto durations = [&](const std::string& name, int32_t property) {
         TVTimeSpan span = 0;
         return project->customFieldDurationValue(span, *var, m_uid, property, nullptr)
-                   ? KVMSPISingleExtendedAttribute::withDuration(span, record.fieldName, m_reader)
+                   ? KVMSPISingleExtendedAttribute::withDuration(span, name, m_reader)
                    : nullptr;
     };
-    const auto dates = [&](const MPPCustomFieldRecord& record, int32_t property) {
+    const auto dates = [&](const std::string& name, int32_t property) {
         TVDate date;
         return project->customFieldTimestampValue(date, *var, m_uid, property, nullptr)
-                   ? KVMSPISingleExtendedAttribute::withTimestamp(date, record.fieldName, m_reader)
+                   ? KVMSPISingleExtendedAttribute::withTimestamp(date, name, m_reader)
                    : nullptr;
     };
     readTable(m_tables.cost, doubles);

@@ -136,7 +136,7 @@ TEST(KVMPP15ResourceWriter, TheReaderReadsBackEveryResource) {
     std::vector<std::unique_ptr<KVMSPISingleExtendedAttribute>> fields;
     EXPECT_TRUE(reader.resourceCustomFields(1, fields));
     ASSERT_EQ(fields.size(), 1u) << "an empty custom text writes no element";
-    EXPECT_EQ(fields[0]->name(), "RESOURCE_TEXT2");
+    EXPECT_EQ(fields[0]->name(), "Desk") << "the field goes by the name written for it";
     EXPECT_EQ(fields[0]->string(), "B12");
     // The first baseline became the Baseline, the second keeps its number.
     bool saved = false;
@@ -175,6 +175,10 @@ TEST(KVMPP15ResourceWriter, TheReaderReadsBackEveryResource) {
     EXPECT_EQ(wordAt(aliases, 20), KVMPP15ResourceWriter::getTextFieldTypeForIndex(2) | 0x0C400000u);
     const size_t desk = 4 + wordAt(aliases, 24); // offsets count from the second size word
     EXPECT_EQ(decodeMPPText(std::span(aliases).subspan(desk)), u"Desk");
+    // As in the planning application's files, the names stand packed, "Desk" right behind "Skill" and
+    // its terminator, and the sizes span them from the second size on.
+    EXPECT_EQ(wordAt(aliases, 24) - wordAt(aliases, 16), 12u);
+    EXPECT_EQ(wordAt(aliases, 0), desk + 10 - 4);
     const std::vector<uint8_t> trailer(aliases.end() - 32, aliases.end());
     const std::vector<uint8_t> words = {8, 0, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 8, 0, 0, 0,
                                         8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};

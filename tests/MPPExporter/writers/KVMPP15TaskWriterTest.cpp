@@ -186,7 +186,7 @@ TEST(KVMPP15TaskWriter, TheReaderReadsBackTheOutlineFieldsAndLinksOfEveryTask) {
         std::vector<std::unique_ptr<KVMSPISingleExtendedAttribute>> fields;
         EXPECT_TRUE(reader.taskCustomFields(design, fields));
         ASSERT_EQ(fields.size(), 1u);
-        EXPECT_EQ(fields[0]->name(), "TASK_TEXT12");
+        EXPECT_EQ(fields[0]->name(), "Owner") << "the field goes by the name written for it";
         EXPECT_EQ(fields[0]->string(), "Ann");
 
         // The first baseline of "Build" is its Baseline, the second stays baseline 3.

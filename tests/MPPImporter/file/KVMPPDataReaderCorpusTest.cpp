@@ -103,3 +103,29 @@ TEST(KVMPPDataReaderCorpus, OpensEveryObjectStorageOfEveryReadableFileWithoutErr
     const std::string failures = comparison.failures();
     EXPECT_TRUE(failures.empty()) << failures;
 }
+
+// Two plans of application 14 whose users named custom fields: the task store gives each named field
+// its name by the property number of its values (51 is the first text field, 89 the third number,
+// 327 the 21st text field).
+TEST(KVMPPDataReaderCorpus, TaskStoresNameTheFieldsTheirUsersNamed) {
+    TVMSP_REQUIRE_CORPUS();
+    const auto aliasOf = [](const char* file, int32_t property) -> std::string {
+        const std::string path = (testsupport::corpusDir() / "mpp" / file).string();
+        auto root = SSLRoot::rootWithFilename(path);
+        TVError error;
+        auto fileReader = KVMSPIMPPVersionReader(path).getMppReader(*root, true, &error);
+        if (!fileReader) {
+            return "not identified";
+        }
+        auto dataDirectory = fileReader->rootStorage().childStorageWithName(
+            fileReader->MPPPropertyList().ole2DataDirectoryName());
+        KVMSPIMPPDataDirectoryReader tasks(dataDirectory->childStorageWithName(kTaskStorageName),
+                                           kTaskStorageName, fileReader.get());
+        const std::string* alias = tasks.fieldAlias(property);
+        return alias ? *alias : "none";
+    };
+    EXPECT_EQ(aliasOf("generated__task-baselines__sf259.mpp", 51), "Pk");
+    EXPECT_EQ(aliasOf("generated__task-baselines__sf259.mpp", 89), "Situa\u00E7\u00E3o");
+    EXPECT_EQ(aliasOf("generated__task-baselines__sf259.mpp", 69), "none");
+    EXPECT_EQ(aliasOf("assignment__assignment-deletion__sf248.mpp", 327), "PTC.RISK_DESC");
+}

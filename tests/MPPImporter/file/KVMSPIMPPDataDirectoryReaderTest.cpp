@@ -10,6 +10,7 @@
 #include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP16PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPPReader.h"
+#include "MPPImporter/file/MPPFieldAliasElement.h"
 #include "StreamFileFixture.h"
 
 #include <algorithm>
@@ -34,6 +35,26 @@ MPPFixtureFile::Bytes metaStream(uint32_t itemSize, const std::vector<std::pair<
     return bytes.data();
 }
 
+// The payload of a task storage's custom field names: the two sizes, the count 3, and entries for the
+// fields of property 51, named "Room", 54, whose name lies outside, and 57, whose name is empty.
+MPPFixtureFile::Bytes fieldNames() {
+    return ByteWriter()
+        .u32(44)
+        .u32(44)
+        .u32(3)
+        .u16(51)
+        .u16(0x0B40)
+        .u32(32)
+        .u16(54)
+        .u16(0x0B40)
+        .u32(0xFFFF)
+        .u16(57)
+        .u16(0x0B40)
+        .u32(42)
+        .bytes({'R', 0, 'o', 0, 'o', 0, 'm', 0, 0, 0, 0, 0})
+        .data();
+}
+
 // A file of format 14 whose data directory holds a calendar and a task storage: three calendars
 // (UIDs 1, 5 and 0, which is none) and, behind the three leading items that are no objects, two
 // tasks of 16 bytes (UID then object id), with Fixed2 and variable streams beside them.
@@ -50,6 +71,17 @@ MPPFixtureFile planFile() {
     file.addStream("   114/TBkndTask/Fixed2Data", ByteWriter().zeros(8).data());
     file.addStream("   114/TBkndTask/VarMeta", ByteWriter().u32(kMagic).zeros(20).data());
     file.addStream("   114/TBkndTask/Var2Data", {});
+    file.addStream("   114/TBkndTask/Props", ByteWriter()
+                                                 .u32(0)
+                                                 .u32(0)
+                                                 .u32(0x10101)
+                                                 .u16(1)
+                                                 .u16(0)
+                                                 .u32(static_cast<uint32_t>(fieldNames().size()))
+                                                 .u32(0x4400001)
+                                                 .u32(0)
+                                                 .bytes(fieldNames())
+                                                 .data());
     file.addStorage("   114/TBkndOutlCode");
     return file;
 }
@@ -98,6 +130,19 @@ TEST_F(KVMSPIMPPDataDirectoryReaderTest, TaskStorageOpensAllThreeStreamPairs) {
     EXPECT_EQ(sorted(tasks.uniqueIDs()), (std::vector<int32_t>{10, 12}));
     EXPECT_EQ(tasks.objectIDforUniqueID(12), 2);
     EXPECT_EQ(tasks.objectIDforUniqueID(11), -1);
+}
+
+// Only a field whose name the storage holds whole is named; a count beyond the entries ends at the
+// last whole one.
+TEST_F(KVMSPIMPPDataDirectoryReaderTest, TaskStorageNamesItsCustomFields) {
+    KVMSPIMPPDataDirectoryReader tasks = readerOf("TBkndTask");
+    ASSERT_NE(tasks.fieldAlias(51), nullptr);
+    EXPECT_EQ(*tasks.fieldAlias(51), "Room");
+    EXPECT_EQ(tasks.fieldAlias(54), nullptr);
+    EXPECT_EQ(tasks.fieldAlias(57), nullptr);
+    const MPPFixtureFile::Bytes names = fieldNames();
+    EXPECT_TRUE(mppFieldAliases(std::span(names).first(27)).empty());
+    EXPECT_EQ(mppFieldAliases(std::span(names).first(38)).size(), 0u) << "a name cut off before its text";
 }
 
 TEST_F(KVMSPIMPPDataDirectoryReaderTest, StorageWithoutStreamsOrOfUnknownKind) {

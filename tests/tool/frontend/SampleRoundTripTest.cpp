@@ -9,7 +9,6 @@
 #include <iomanip>
 #include <iostream>
 #include <map>
-#include <regex>
 #include <sstream>
 
 // The sample plan of the repository goes through the programs as the README's first command sends
@@ -156,39 +155,29 @@ Lines assignments(const Plan& plan) {
     return lines;
 }
 
-// The custom field values of tasks and resources, by title or name: each `key` with the `string`
-// behind it in their user data, the key as the number of the custom text field it is written to, its
-// place among the names the table of contents declares. The import names a field by its kind and
-// number instead (the plan file's aliases are not read, and it declares only some names), so such a
-// name gives its number.
+// The custom fields of tasks and resources: the names that the table of contents declares, sorted,
+// since the import declares them in its own order, and each `key` of an object's user data with the
+// `string` behind it, by the object's title or name.
 Lines customFields(const Plan& plan) {
-    static const std::regex kFieldName("(?:TASK|RESOURCE)_TEXT([0-9]+)");
     TVError error;
     const auto toc = KVMSPCXMLDocument::initWithContentsOfURL(plan.bundle / "__TOC.xml", 0, nullptr, &error);
     Lines lines;
     for (const auto& [kind, label] : {std::pair{"task", "title"}, std::pair{"resource", "name"}}) {
-        std::map<std::string, size_t> places;
         const auto declared =
             toc && toc->rootElement()
                 ? toc->rootElement()->nodesForXPath(
                       std::string("project/") + kind + "-user-data-keys/user-data/key", nullptr)
                 : std::nullopt;
         for (const auto& key : declared.value_or(KVMSPCXMLNode::Nodes{})) {
-            places.emplace(key->stringValue().value_or(""), places.size() + 1);
+            lines.push_back(std::string(kind) + " field " + key->stringValue().value_or(""));
         }
         for (const ElementPtr& owner : plan.elements(kind)) {
             for (const ElementPtr& userData : owner->elementsForName("user-data")) {
                 const auto keys = userData->elementsForName("key");
                 const auto values = userData->elementsForName("string");
                 for (size_t index = 0; index < keys.size(); ++index) {
-                    const std::string key = keys[index]->stringValue().value_or("");
-                    const auto place = places.find(key);
-                    std::smatch number;
-                    const std::string field = std::regex_match(key, number, kFieldName) ? number.str(1)
-                                              : place == places.end()                   ? "undeclared"
-                                                                      : std::to_string(place->second);
                     lines.push_back(
-                        Plan::value(owner, label) + " field " + field + " = " +
+                        Plan::value(owner, label) + ": " + keys[index]->stringValue().value_or("") + " = " +
                         (index < values.size() ? values[index]->stringValue().value_or("") : "?"));
                 }
             }

@@ -23,9 +23,10 @@ public:
 
     // `key` and `string` pairs in the fields' order; none for no fields.
     KVMSPCXMLElement::ElementPtr newUserDataFromDictionary(const Fields& fields) const;
-    // Stores a `user-data` of the field names under the tag, replacing what stood there: with a tag
-    // each name is followed by an empty `null` (a declaration), without one by its value. False, with
-    // nothing stored, for no fields.
+    // Stores a `user-data` of the field names under the tag. With a tag it declares them, each followed
+    // by an empty `null`, behind the names declared there before that it doesn't repeat; without one it
+    // replaces what stood there, each name followed by its value. False, with nothing stored, for no
+    // fields.
     bool setUserDataTOCElementsForTag(const std::optional<std::string>& tag, const Fields& fields);
 
 private:

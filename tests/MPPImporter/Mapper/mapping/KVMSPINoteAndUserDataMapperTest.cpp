@@ -59,9 +59,12 @@ TEST(KVMSPINoteAndUserDataMapperTest, CustomFieldsAndTheirDeclarations) {
     EXPECT_TRUE(mapper.setUserDataTOCElementsForTag("task-user-data-keys", {{"Flag1", "1"}}));
     EXPECT_TRUE(mapper.setUserDataTOCElementsForTag(std::nullopt, {{"Owner", "me"}}));
     ASSERT_EQ(declarations.size(), 2u);
-    // The last object mapped declares the keys.
-    EXPECT_EQ(declarations.at("task-user-data-keys")->XMLString(),
-              "<user-data><key>Flag1</key><null></null></user-data>");
+    // Every name of the objects mapped is declared once, in the order first met.
+    EXPECT_TRUE(mapper.setUserDataTOCElementsForTag("task-user-data-keys", {{"Text1", "b"}}));
+    EXPECT_EQ(
+        declarations.at("task-user-data-keys")->XMLString(),
+        "<user-data><key>Cost1</key><null></null><key>Text1</key><null></null><key>Flag1</key><null></null>"
+        "</user-data>");
     EXPECT_EQ(declarations.at(kMSPIProjectUserDataTag)->XMLString(),
               "<user-data><key>Owner</key><string>me</string></user-data>");
 }
