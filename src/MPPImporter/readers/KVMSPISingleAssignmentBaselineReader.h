@@ -14,9 +14,12 @@ public:
     KVMSPISingleAssignmentBaselineReader(int32_t uid, int32_t baselineNumber,
                                          KVMSPIMPPDataDirectoryReader& reader);
 
-    // Whether the baseline holds the assignment's dates: the application saves them with every
-    // baseline of an assignment, and leaves them null where it saved none.
-    bool hasBaselineData() const override { return m_hasStart || m_hasFinish; }
+    // Whether the baseline holds the assignment's dates, or work or cost that isn't 0: the application
+    // saves the dates with every baseline of an assignment and leaves them null, with zeros, where it
+    // saved none; a baseline without dates but with work is one the export wrote.
+    bool hasBaselineData() const override {
+        return m_hasStart || m_hasFinish || (m_hasWork && m_work != 0) || (m_hasCost && m_cost != 0);
+    }
 
     bool hasStart() const { return m_hasStart; }
     TVDate start() const { return m_start; }
