@@ -96,6 +96,26 @@ json task(const KVMPPTask& task) {
             {"baselines", task.baselines.size()}};
 }
 
+json resourceBaselines(const KVMPPResource& resource) {
+    json result = json::array();
+    for (const KVMPPResourceBaseline& baseline : resource.baselines) {
+        result.push_back({{"number", baseline.number}, {"work", baseline.work}, {"cost", baseline.cost}});
+    }
+    return result;
+}
+
+json assignmentBaselines(const KVMPPAssignment& assignment) {
+    json result = json::array();
+    for (const KVMPPAssignmentBaseline& baseline : assignment.baselines) {
+        result.push_back({{"number", baseline.number},
+                          {"start", date(baseline.start)},
+                          {"finish", date(baseline.finish)},
+                          {"work", baseline.work},
+                          {"cost", baseline.cost}});
+    }
+    return result;
+}
+
 json resource(const KVMPPResource& resource) {
     return {{"ID", resource.ID},
             {"name", optional(resource.name)},
@@ -110,7 +130,8 @@ json resource(const KVMPPResource& resource) {
             {"costPerUse", resource.costPerUse},
             {"standardRate", resource.standartRate},
             {"notes", optional(resource.notes)},
-            {"customFields", customFields(resource.customFieldsText)}};
+            {"customFields", customFields(resource.customFieldsText)},
+            {"baselines", resourceBaselines(resource)}};
 }
 
 json assignment(const KVMPPAssignment& assignment) {
@@ -130,7 +151,8 @@ json assignment(const KVMPPAssignment& assignment) {
             {"remainingWork", assignment.remainingWork},
             {"start", date(assignment.startDate)},
             {"finish", date(assignment.finishDate)},
-            {"phases", phases}};
+            {"phases", phases},
+            {"baselines", assignmentBaselines(assignment)}};
 }
 
 json calendar(const KVMPPCalendar& calendar) {

@@ -3,6 +3,7 @@
 #include "MPPCommon/bundle/KVTVNXNames.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
+#include "MPPExporter/Mappers/KVMSPEAssignmentBaselineMapper.h"
 #include "MPPExporter/Mappers/KVMSPEIdMapper.h"
 #include "MPPExporter/Mappers/KVMSPEMapper.h"
 #include "MPPExporter/Mappers/KVMSPEProjectMapper.h"
@@ -96,6 +97,13 @@ KVMSPEAssignmentMapper::newAssignmentFromTVNXAssignment(KVMSPCXMLElement& tvnxAs
     assignment->remainingWork = assignment->work - assignment->actualWork;
     assignment->startDate = info.startDate();
     assignment->finishDate = info.endDate();
+    const size_t count = mapper().tvnxBaselines().size();
+    for (size_t number = 0; number < count; ++number) {
+        if (auto baseline = KVMSPEAssignmentBaselineMapper(number, mapper())
+                                .newBaselineFromTvnxAssignment(tvnxAssignment)) {
+            assignment->baselines.push_back(std::move(*baseline));
+        }
+    }
     return assignment;
 }
 

@@ -4,6 +4,8 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/Mappers/KVMSPEMapper.h"
 
+#include <cstdlib>
+
 KVMSPEBaselineMapperBase::KVMSPEBaselineMapperBase(size_t baselineNumber, KVMSPEMapper& mapper)
     : KVMSPEObjectMapperBase(mapper), _baselineNumber(baselineNumber) {
     const size_t count = mapper.tvnxBaselines().size();
@@ -14,4 +16,8 @@ KVMSPEBaselineMapperBase::KVMSPEBaselineMapperBase(size_t baselineNumber, KVMSPE
 
 const KVMSPEBaseline& KVMSPEBaselineMapperBase::baseline() const {
     return mapper().tvnxBaselines()[_baselineNumber];
+}
+
+double KVMSPEBaselineMapperBase::money(double value) {
+    return std::strtod(stringWithFormat("%.02f", value).c_str(), nullptr);
 }

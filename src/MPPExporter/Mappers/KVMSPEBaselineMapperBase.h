@@ -16,6 +16,10 @@ public:
     size_t baselineNumber() const { return _baselineNumber; }
     const KVMSPEBaseline& baseline() const;
 
+protected:
+    // A money amount as the plan shows it, two decimals as printed.
+    static double money(double value);
+
 private:
     size_t _baselineNumber;
 };

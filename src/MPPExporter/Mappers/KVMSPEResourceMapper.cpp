@@ -10,6 +10,7 @@
 #include "MPPExporter/Mappers/KVMSPEIdMapper.h"
 #include "MPPExporter/Mappers/KVMSPEMapper.h"
 #include "MPPExporter/Mappers/KVMSPEProjectMapper.h"
+#include "MPPExporter/Mappers/KVMSPEResourceBaselineMapper.h"
 #include "MPPExporter/Mappers/KVMSPEUserDataMapper.h"
 #include "MPPExporter/Mappers/MSPETvnxReading.h"
 
@@ -82,7 +83,21 @@ KVMSPEResourceMapper::newResourceFromTVNXResource(const ElementPtr& tvnxResource
     resource->emailAddress = element.stringValueForXQuery(tvnx::element::kEmailAddress, nullptr);
     resource->calendar.setKey(std::to_string(_resourceCalendarUID));
     mapWorkAndCost(element, *resource);
+    mapBaselines(element, *resource);
     return resource;
+}
+
+void KVMSPEResourceMapper::mapBaselines(const KVMSPCXMLElement& element, KVMPPResource& resource) const {
+    const size_t count = mapper().tvnxBaselines().size();
+    resource.baselines.reserve(count);
+    for (size_t number = 0; number < count; ++number) {
+        tvLog(stringWithFormat("           current(%lu, cost: %f, work: %f)",
+                               static_cast<unsigned long>(number), resource.cost, resource.work));
+        if (auto baseline =
+                KVMSPEResourceBaselineMapper(number, mapper()).newBaselineFromTvnxResource(element)) {
+            resource.baselines.push_back(*baseline);
+        }
+    }
 }
 
 void KVMSPEResourceMapper::mapWorkAndCost(KVMSPCXMLElement& element, KVMPPResource& resource) {

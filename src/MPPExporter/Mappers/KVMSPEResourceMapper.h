@@ -26,6 +26,8 @@ public:
 
 private:
     static void mapWorkAndCost(KVMSPCXMLElement& element, KVMPPResource& resource);
+    // The resource's saved values in each baseline document that holds it, numbered by the document.
+    void mapBaselines(const KVMSPCXMLElement& element, KVMPPResource& resource) const;
 
     int64_t _resourceCalendarUID = -1;
 };

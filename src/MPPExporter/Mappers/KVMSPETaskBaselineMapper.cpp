@@ -5,15 +5,9 @@
 #include "MPPExporter/Mappers/KVMSPEBaseline.h"
 #include "MPPExporter/Mappers/MSPETvnxReading.h"
 
-#include <cstdlib>
 #include <initializer_list>
 
 namespace {
-
-// A money amount as the plan shows it, two decimals as printed.
-double money(double value) {
-    return std::strtod(stringWithFormat("%.02f", value).c_str(), nullptr);
-}
 
 // The text of a task's child element, or none.
 std::optional<std::string> childText(const KVMSPCXMLElement& task, const char* name) {
@@ -39,6 +33,17 @@ std::optional<TVDate> savedDate(const KVMSPCXMLElement& saved, const KVMSPCXMLEl
 
 } // namespace
 
+std::optional<TVDate> KVMSPETaskBaselineMapper::savedStart(const KVMSPCXMLElement& saved,
+                                                           const KVMSPCXMLElement& actual) {
+    return savedDate(saved, actual, {tvnx::element::kStartDate, tvnx::element::kLeveledStart},
+                     tvnx::element::kLockedStartDate);
+}
+
+std::optional<TVDate> KVMSPETaskBaselineMapper::savedFinish(const KVMSPCXMLElement& saved,
+                                                            const KVMSPCXMLElement& actual) {
+    return savedDate(saved, actual, {tvnx::element::kEndDate}, tvnx::element::kLockedEndDate);
+}
+
 std::optional<KVMPPTaskBaseline>
 KVMSPETaskBaselineMapper::newBaselineFromTvnxTask(const KVMSPCXMLElement& tvnxTask) const {
     const auto saved =
@@ -49,9 +54,8 @@ KVMSPETaskBaselineMapper::newBaselineFromTvnxTask(const KVMSPCXMLElement& tvnxTa
     KVMPPTaskBaseline result;
     result.number = static_cast<int64_t>(baselineNumber());
     result.name = stringWithFormat("Baseline%d", static_cast<int>(baselineNumber()));
-    result.start = savedDate(*saved, tvnxTask, {tvnx::element::kStartDate, tvnx::element::kLeveledStart},
-                             tvnx::element::kLockedStartDate);
-    result.finish = savedDate(*saved, tvnxTask, {tvnx::element::kEndDate}, tvnx::element::kLockedEndDate);
+    result.start = savedStart(*saved, tvnxTask);
+    result.finish = savedFinish(*saved, tvnxTask);
     if (const auto duration = saved->stringValueForXQuery(tvnx::element::kDuration, nullptr)) {
         result.duration = tvnxread::doubleValue(*duration);
     }

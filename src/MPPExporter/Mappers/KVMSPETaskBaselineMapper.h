@@ -13,4 +13,9 @@ public:
 
     // `tvnxTask` is the task element of the actual plan; none when the baseline doesn't hold the task.
     std::optional<KVMPPTaskBaseline> newBaselineFromTvnxTask(const KVMSPCXMLElement& tvnxTask) const;
+
+    // The saved dates of a task as its baseline takes them: `saved` is the baseline document's task,
+    // `actual` the plan's.
+    static std::optional<TVDate> savedStart(const KVMSPCXMLElement& saved, const KVMSPCXMLElement& actual);
+    static std::optional<TVDate> savedFinish(const KVMSPCXMLElement& saved, const KVMSPCXMLElement& actual);
 };

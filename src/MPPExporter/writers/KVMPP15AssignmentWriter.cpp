@@ -6,7 +6,10 @@
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
 #include "MPPExporter/writers/KVMPP15TaskWriter.h"
 #include "MPPExporter/writers/MPPFieldWrites.h"
+#include "MPPImporter/format/MPPAssignmentPropertyKeys.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
+#include "MPPImporter/format/MPPPropertyKeyTables.h"
+#include "MPPImporter/format/MPPVersionTables.h"
 
 #include <algorithm>
 #include <chrono>
@@ -43,21 +46,15 @@ constexpr MPPGuid kNoResourceGuid = {0x78, 0x8B, 0xCB, 0xA0, 0x8C, 0x2A, 0x6D, 0
 
 constexpr uint16_t kVarMetaEnding = 0x0F40;
 
-// Element types of the variable data. The planned work holds the timephased block that the reader
-// reads by the catalogue; the others no reader reads.
-constexpr uint32_t kBaselineWorkType = 0x10;
-constexpr uint32_t kBaselineCostType = 0x20;
+// Element types of the variable data that no reader reads. The planned work, which holds the
+// timephased block, and the baselines are placed by the catalogue and the key tables.
 constexpr uint32_t kCompleteWorkType = 0x32;
 constexpr uint32_t kNotesType = 0x47;
-constexpr uint32_t kBaselineStartType = 0x92;
-constexpr uint32_t kBaselineFinishType = 0x93;
 constexpr uint32_t kBaselineCostAgainType = 0x10B;
-constexpr uint32_t kBaselineGroupBase = 0x121;
-constexpr uint32_t kBaselineGroupStep = 9;
 constexpr uint32_t kStreamDateType = 0x27A;
 constexpr uint32_t kBlankType = 0x29B;
 constexpr uint32_t kBaselineTailTypes[] = {0x2A1, 0x2A2};
-constexpr int64_t kMaxBaselines = 10;
+constexpr int64_t kMaxBaselineNumber = 10;
 
 // The timephased block: its header words, and the rate word of each stretch.
 constexpr uint16_t kBlockHeaderWord = 32;
@@ -137,7 +134,8 @@ void KVMPP15AssignmentWriter::preprocessProject(KVMPPProject& project) {
         }
         assignment->levelingDelay = task.levelingDelay;
         assignment->leveledStart = task.leveledStart;
-        if (!assignment->baselines.empty()) {
+        // Only the baseline of number 0 becomes the Baseline, as for tasks.
+        if (!assignment->baselines.empty() && assignment->baselines.front().number == 0) {
             assignment->baseline0 = assignment->baselines.front();
             assignment->baselines.erase(assignment->baselines.begin());
         }
@@ -281,10 +279,15 @@ void KVMPP15AssignmentWriter::writeAssignmentElements(const KVMPPAssignment& ass
     const auto date = [&](uint32_t type, std::optional<TVDate> value) {
         m_elements->add(id, type, [value](KVMPPVar2Data& data) { data.writeDate(value); });
     };
+    const auto field = [&](MPPField catalogued, const MPPFieldValue& value) {
+        const std::vector<uint8_t> bytes = encodeMPPFieldPayload(layoutVersion(), catalogued, value);
+        m_elements->add(id, mppFieldPropertyNumber(layoutVersion(), catalogued),
+                        [&bytes](KVMPPVar2Data& data) { data.writeData(bytes.data(), bytes.size()); });
+    };
     const std::optional<KVMPPAssignmentBaseline>& baseline = assignment.baseline0;
     if (baseline) {
-        m_elements->addDouble(id, kBaselineWorkType, work(baseline->work));
-        m_elements->addDouble(id, kBaselineCostType, baseline->cost * 100.0);
+        field(MPPField::assignmentBaselineWork, work(baseline->work));
+        field(MPPField::assignmentBaselineCost, baseline->cost * 100.0);
     }
     const std::vector<uint8_t> planned = plannedWork(assignment);
     m_elements->add(id, mppFieldPropertyNumber(layoutVersion(), MPPField::assignmentTimephasedWork),
@@ -315,28 +318,42 @@ void KVMPP15AssignmentWriter::writeAssignmentElements(const KVMPPAssignment& ass
         });
     }
     if (baseline) {
-        date(kBaselineStartType, baseline->start);
-        date(kBaselineFinishType, baseline->finish);
+        field(MPPField::assignmentBaselineStart, wallClock(baseline->start));
+        field(MPPField::assignmentBaselineFinish, wallClock(baseline->finish));
         m_elements->addDouble(id, kBaselineCostAgainType, baseline->cost * 100.0);
     }
-    for (size_t i = 0; i < assignment.baselines.size(); ++i) {
-        if (static_cast<int64_t>(i) >= kMaxBaselines) {
-            throw TVException(kTooManyBaselinesException,
-                              "It is not permitted to write more than 10 baselines");
-        }
-        const KVMPPAssignmentBaseline& saved = assignment.baselines[i];
-        const auto base = kBaselineGroupBase + kBaselineGroupStep * static_cast<uint32_t>(i);
-        m_elements->addDouble(id, base, saved.work * 1000.0 / 60.0);
-        m_elements->addDouble(id, base + 1, saved.cost * 100.0);
-        date(base + 6, saved.start);
-        date(base + 7, saved.finish);
-    }
+    writeNumberedBaselines(assignment);
     date(kStreamDateType, m_streamDate);
     m_elements->addZeroes(id, kBlankType, 16);
     if (baseline) {
         for (uint32_t type : kBaselineTailTypes) {
             m_elements->addDouble(id, type, kUnsetFigure);
         }
+    }
+}
+
+// Baselines 1 to 10, each under the properties of its number.
+void KVMPP15AssignmentWriter::writeNumberedBaselines(const KVMPPAssignment& assignment) {
+    const auto id = static_cast<uint32_t>(assignment.ID);
+    const int32_t keyColumn = mppVersionTables(layoutVersion())->keyColumn;
+    for (const KVMPPAssignmentBaseline& saved : assignment.baselines) {
+        const int64_t n = saved.number;
+        if (n < 1 || n > kMaxBaselineNumber) {
+            throw TVException(kTooManyBaselinesException,
+                              "It is not permitted to write more than 10 baselines");
+        }
+        const auto property = [&](int32_t groupKey) {
+            const auto number = mppPropertyID(keyColumn, groupKey + static_cast<int32_t>(n));
+            tvAssert(number.has_value(), "The assignment layout has no such baseline field.");
+            return *number;
+        };
+        m_elements->addDouble(id, property(kAssignmentBaselineWorkGroupKey), work(saved.work));
+        m_elements->addDouble(id, property(kAssignmentBaselineCostGroupKey), saved.cost * 100.0);
+        const auto date = [&](int32_t groupKey, std::optional<TVDate> value) {
+            m_elements->add(id, property(groupKey), [value](KVMPPVar2Data& data) { data.writeDate(value); });
+        };
+        date(kAssignmentBaselineStartGroupKey, saved.start);
+        date(kAssignmentBaselineFinishGroupKey, saved.finish);
     }
 }
 

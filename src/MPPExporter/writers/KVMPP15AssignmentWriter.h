@@ -42,6 +42,7 @@ private:
 
     void writeHeaderElements();
     void writeAssignmentElements(const KVMPPAssignment& assignment);
+    void writeNumberedBaselines(const KVMPPAssignment& assignment);
     void writeAssignmentFixedData(const KVMPPAssignment& assignment);
     void writeAssignmentFixedMeta(const KVMPPAssignment& assignment);
     void writeAssignmentFixed2Meta(const KVMPPAssignment& assignment);

@@ -17,6 +17,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <set>
 
 namespace {
 
@@ -124,8 +125,9 @@ void KVMPP15ResourceWriter::preprocessProject(KVMPPProject& project) {
     if (dummy != project.resources.end()) {
         project.resources.erase(dummy);
     }
+    // Only the baseline of number 0 becomes the Baseline, as for tasks.
     for (const auto& resource : project.resources) {
-        if (!resource->baselines.empty()) {
+        if (!resource->baselines.empty() && resource->baselines.front().number == 0) {
             resource->baseline0 = resource->baselines.front();
             resource->baselines.erase(resource->baselines.begin());
         }
@@ -180,6 +182,7 @@ void KVMPP15ResourceWriter::writeVar2Data() {
     m_elements = std::make_unique<MPPVarElementList>(*m_var2Data);
     writeStream(kVar2DataStreamName, *m_var2Data, [this] {
         writeCommonElements(0);
+        writeDefaultResourceBaselines();
         for (const auto& resource : project().resources) {
             writeCommonElements(static_cast<uint32_t>(resource->ID));
             writeResourceElements(*resource);
@@ -200,6 +203,41 @@ void KVMPP15ResourceWriter::writeCommonElements(uint32_t id) {
             m_elements->addZeroes(id, type, 8);
         }
     }
+}
+
+// The default resource holds the work and cost of every numbered baseline that a resource holds, at
+// zero, as the application's files do: readers take it for the plan's mark of the baselines saved.
+void KVMPP15ResourceWriter::writeDefaultResourceBaselines() {
+    std::set<int64_t> numbers;
+    for (const auto& resource : project().resources) {
+        for (const KVMPPResourceBaseline& baseline : resource->baselines) {
+            numbers.insert(baseline.number);
+        }
+    }
+    for (const int64_t number : numbers) {
+        writeNumberedBaseline(0, KVMPPResourceBaseline{.work = 0, .cost = 0, .number = number});
+    }
+}
+
+// One numbered baseline under the properties of its number.
+void KVMPP15ResourceWriter::writeNumberedBaseline(uint32_t id, const KVMPPResourceBaseline& baseline) {
+    const int64_t n = baseline.number;
+    if (n < 1 || n > kMaxBaselineNumber) {
+        throw TVException(
+            kUnknownBaselineWorkException,
+            stringWithFormat("Baseline work type is unknown for index %d", static_cast<int>(n)));
+    }
+    const int32_t keyColumn = mppVersionTables(layoutVersion())->keyColumn;
+    const auto work = mppPropertyID(keyColumn, kResourceBaselineWorkGroupKey + static_cast<int32_t>(n));
+    const auto cost = mppPropertyID(keyColumn, kResourceBaselineCostGroupKey + static_cast<int32_t>(n));
+    if (!cost) {
+        throw TVException(
+            kUnknownBaselineCostException,
+            stringWithFormat("Baseline cost type is unknown for index %d", static_cast<int>(n)));
+    }
+    tvAssert(work.has_value(), "The resource layout has no such baseline field.");
+    m_elements->addDouble(id, *work, baseline.work * 1000.0 / 60.0);
+    m_elements->addDouble(id, *cost, baseline.cost * 100.0);
 }
 
 void KVMPP15ResourceWriter::writeResourceElements(const KVMPPResource& resource) {
@@ -246,24 +284,8 @@ void KVMPP15ResourceWriter::writeResourceElements(const KVMPPResource& resource)
             m_elements->addZeroes(id, type, 8);
         }
     }
-    const int32_t keyColumn = mppVersionTables(layoutVersion())->keyColumn;
     for (const KVMPPResourceBaseline& baseline : resource.baselines) {
-        const int64_t n = baseline.number;
-        if (n < 1 || n > kMaxBaselineNumber) {
-            throw TVException(
-                kUnknownBaselineWorkException,
-                stringWithFormat("Baseline work type is unknown for index %d", static_cast<int>(n)));
-        }
-        const auto work = mppPropertyID(keyColumn, kResourceBaselineWorkGroupKey + static_cast<int32_t>(n));
-        const auto cost = mppPropertyID(keyColumn, kResourceBaselineCostGroupKey + static_cast<int32_t>(n));
-        if (!cost) {
-            throw TVException(
-                kUnknownBaselineCostException,
-                stringWithFormat("Baseline cost type is unknown for index %d", static_cast<int>(n)));
-        }
-        tvAssert(work.has_value(), "The resource layout has no such baseline field.");
-        m_elements->addDouble(id, *work, baseline.work * 1000.0 / 60.0);
-        m_elements->addDouble(id, *cost, baseline.cost * 100.0);
+        writeNumberedBaseline(id, baseline);
     }
 }
 

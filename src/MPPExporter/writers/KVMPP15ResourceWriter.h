@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MPPExporter/MPPObjects/KVMPPResourceBaseline.h"
 #include "MPPExporter/writers/KVMPPWriter.h"
 #include "MPPExporter/writers/MPPVarElementList.h"
 
@@ -41,6 +42,8 @@ private:
     void writeProps();
 
     void writeCommonElements(uint32_t id);
+    void writeDefaultResourceBaselines();
+    void writeNumberedBaseline(uint32_t id, const KVMPPResourceBaseline& baseline);
     void writeResourceElements(const KVMPPResource& resource);
     void writeResourceFixedData(const KVMPPResource& resource, bool isDefault);
     void writeResourceFixedMeta(const KVMPPResource& resource, bool isDefault);

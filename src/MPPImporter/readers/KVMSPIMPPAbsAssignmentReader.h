@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+class KVMSPISingleAssignmentBaselineReader;
 class KVMSPISingleTimephasedDataReader;
 
 // Assignment UID to the phases of its timephased work, in the order of the file's records.
@@ -20,12 +21,16 @@ class KVMSPIMPPAbsAssignmentReader {
 public:
     virtual ~KVMSPIMPPAbsAssignmentReader() = default;
 
-    // -1 for the actual plan, else 0 to 10. Assignments have no baseline values of their own.
+    // -1 for the actual plan, else 0 to 10. No field follows it: an assignment's baselines are answered
+    // by assignmentBaseline.
     virtual int32_t baselineNumber() const = 0;
     virtual void setBaselineNumber(int32_t baselineNumber) = 0;
 
     virtual const std::vector<int32_t>& uniqueIDs() const = 0;
     virtual const KVMSPITimephasedDataMap& assignmentTimephasedDataMap() const = 0;
+    // The assignment's values in baseline `number` (0 to 10), or null where it holds none there.
+    virtual const KVMSPISingleAssignmentBaselineReader* assignmentBaseline(int32_t uid,
+                                                                           int32_t number) const = 0;
 
     virtual bool assignmentFinish(int32_t uid, TVDate& value, TVError* error = nullptr) = 0;
     virtual bool assignmentResourceUID(int32_t uid, int32_t& value, TVError* error = nullptr) = 0;

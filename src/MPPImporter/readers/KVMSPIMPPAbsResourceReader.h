@@ -10,6 +10,7 @@
 #include <vector>
 
 class KVMSPISingleExtendedAttribute;
+class KVMSPISingleResourceBaselineReader;
 
 // What the project reader and the query layer ask of the resources of a plan. Every field operation
 // answers false when the value is absent or unreadable; text operations append to `value`.
@@ -46,6 +47,8 @@ public:
     // Appends the periods of the resource's availability table.
     virtual bool resourceAvailability(int32_t uid, std::vector<MPPResourceAvailabilityPeriod>& value,
                                       TVError* error = nullptr) = 0;
+    // The resource's values in baseline `number` (0 to 10), or null where it holds none there.
+    virtual const KVMSPISingleResourceBaselineReader* resourceBaseline(int32_t uid, int32_t number) const = 0;
     // Whether baseline `index` (0 to 10) is marked on the resource.
     virtual bool hasBaseline(int32_t uid, int32_t index, bool& value, TVError* error = nullptr) = 0;
     // Appends the resource's custom field values.

@@ -2,6 +2,7 @@
 
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPCommon/support/Log.h"
+#include "MPPCommon/support/TVException.h"
 #include "MPPImporter/format/MPPAssignmentPropertyKeys.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 #include "MPPImporter/readers/KVMSPISingleAssignmentBaselineReader.h"
@@ -10,7 +11,6 @@
 
 namespace {
 
-constexpr int32_t kBaselineCount = 11;
 // Work in thousandths of a minute as seconds, not rounded to whole microseconds.
 double seconds(double work) {
     return work * 0.06;
@@ -52,13 +52,31 @@ void KVMSPIMPPAssignmentReader::decodeTimephasedData() {
 
 void KVMSPIMPPAssignmentReader::readBaselines() {
     for (int32_t number = 0; number < kBaselineCount; ++number) {
-        bool found = false;
+        BaselineReaders readers;
         for (const int32_t uid : uniqueIDs()) {
-            found = found || KVMSPISingleAssignmentBaselineReader(uid, number, *this).hasBaselineData();
+            auto reader = std::make_unique<KVMSPISingleAssignmentBaselineReader>(uid, number, *this);
+            if (reader->hasBaselineData()) {
+                readers.emplace(uid, std::move(reader));
+            }
         }
-        tvLog(found ? stringWithFormat("        Found Baseline(%d) data", number)
-                    : stringWithFormat("        No baseline %d", number));
+        tvLog(readers.empty() ? stringWithFormat("        No baseline %d", number)
+                              : stringWithFormat("        Found Baseline(%d) data", number));
+        m_baselineReaders[number] = std::move(readers);
     }
+}
+
+const KVMSPIMPPAssignmentReader::BaselineReaders&
+KVMSPIMPPAssignmentReader::readersForBaseline(int32_t baselineNumber) const {
+    tvAssert(baselineNumber >= 0 && baselineNumber < kBaselineCount,
+             stringWithFormat("Invalid baseline number: %ld", static_cast<long>(baselineNumber)));
+    return m_baselineReaders[baselineNumber];
+}
+
+const KVMSPISingleAssignmentBaselineReader*
+KVMSPIMPPAssignmentReader::assignmentBaseline(int32_t uid, int32_t number) const {
+    const BaselineReaders& readers = readersForBaseline(number);
+    const auto found = readers.find(uid);
+    return found == readers.end() ? nullptr : found->second.get();
 }
 
 bool KVMSPIMPPAssignmentReader::readSeconds(MPPField field, int32_t uid, double& value, TVError* error) {

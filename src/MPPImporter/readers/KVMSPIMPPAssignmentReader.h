@@ -5,18 +5,22 @@
 #include "MPPImporter/readers/MPPObjectFieldReads.h"
 
 #include <array>
+#include <map>
+#include <memory>
 #include <optional>
 #include <unordered_map>
 #include <vector>
 
 // The assignments of the "TBkndAssn" storage, answered field by field by UID. At open it decodes the
 // timephased work block of each assignment into its phases, laid on the standard calendar from the
-// assignment's start.
+// assignment's start, and reads each assignment's baselines.
 class KVMSPIMPPAssignmentReader : public KVMSPIMPPDataDirectoryReader, public KVMSPIMPPAbsAssignmentReader {
 public:
     KVMSPIMPPAssignmentReader(std::unique_ptr<SSLStorage> directory, std::string name,
                               KVMSPIParentReader* parentReader);
     ~KVMSPIMPPAssignmentReader() override;
+
+    using BaselineReaders = std::map<int32_t, std::unique_ptr<KVMSPISingleAssignmentBaselineReader>>;
 
     int32_t baselineNumber() const override { return m_baselineNumber; }
     void setBaselineNumber(int32_t baselineNumber) override { m_baselineNumber = baselineNumber; }
@@ -27,6 +31,11 @@ public:
     const KVMSPITimephasedDataMap& assignmentTimephasedDataMap() const override {
         return m_timephasedDataMap;
     }
+    // The baseline readers of the assignments that hold data in baseline `baselineNumber`; a number
+    // above 10 is an assertion failure.
+    const BaselineReaders& readersForBaseline(int32_t baselineNumber) const;
+    const KVMSPISingleAssignmentBaselineReader* assignmentBaseline(int32_t uid,
+                                                                   int32_t number) const override;
 
     bool assignmentFinish(int32_t uid, TVDate& value, TVError* error = nullptr) override;
     bool assignmentResourceUID(int32_t uid, int32_t& value, TVError* error = nullptr) override;
@@ -47,14 +56,18 @@ public:
     const std::vector<int32_t>& assignmentsOf(Owner owner, int32_t ownerUID);
 
 private:
+    static constexpr int32_t kBaselineCount = 11;
+
     // A work field of the assignment, in seconds.
     bool readSeconds(MPPField field, int32_t uid, double& value, TVError* error);
     void decodeTimephasedData();
-    // Assignments have no baselines of their own; this only reports so for each baseline.
+    // Reads the baselines of every assignment, each of its own marks: an assignment's baseline may be
+    // saved where its task's is not.
     void readBaselines();
 
     MPPObjectFieldReads m_reads;
     int32_t m_baselineNumber = -1;
     KVMSPITimephasedDataMap m_timephasedDataMap;
+    std::array<BaselineReaders, kBaselineCount> m_baselineReaders;
     std::optional<std::array<std::unordered_map<int32_t, std::vector<int32_t>>, 2>> m_assignmentsByOwner;
 };

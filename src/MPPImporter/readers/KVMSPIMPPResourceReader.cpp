@@ -86,10 +86,12 @@ KVMSPIMPPResourceReader::readersForBaseline(int32_t baselineNumber) const {
 }
 
 const KVMSPISingleResourceBaselineReader* KVMSPIMPPResourceReader::selectedBaseline(int32_t uid) const {
-    if (m_baselineNumber >= kBaselineCount) {
-        return nullptr;
-    }
-    const BaselineReaders& readers = readersForBaseline(m_baselineNumber);
+    return m_baselineNumber < kBaselineCount ? resourceBaseline(uid, m_baselineNumber) : nullptr;
+}
+
+const KVMSPISingleResourceBaselineReader* KVMSPIMPPResourceReader::resourceBaseline(int32_t uid,
+                                                                                    int32_t number) const {
+    const BaselineReaders& readers = readersForBaseline(number);
     const auto found = readers.find(uid);
     return found == readers.end() ? nullptr : found->second.get();
 }

@@ -51,6 +51,7 @@ public:
     bool resourceNotes(int32_t uid, std::string& value, TVError* error = nullptr) override;
     bool resourceAvailability(int32_t uid, std::vector<MPPResourceAvailabilityPeriod>& value,
                               TVError* error = nullptr) override;
+    const KVMSPISingleResourceBaselineReader* resourceBaseline(int32_t uid, int32_t number) const override;
     bool hasBaseline(int32_t uid, int32_t index, bool& value, TVError* error = nullptr) override;
     bool resourceCustomFields(int32_t uid, std::vector<std::unique_ptr<KVMSPISingleExtendedAttribute>>& value,
                               TVError* error = nullptr) override;

@@ -1,6 +1,7 @@
 #include "tool/inspect/AssignmentDump.h"
 
 #include "MPPImporter/readers/KVMSPIMPPAbsAssignmentReader.h"
+#include "MPPImporter/readers/KVMSPISingleAssignmentBaselineReader.h"
 #include "MPPImporter/readers/KVMSPISingleTimephasedDataReader.h"
 #include "tool/inspect/ReaderFieldDump.h"
 
@@ -36,6 +37,33 @@ nlohmann::ordered_json phases(const R& reader, int32_t uid) {
     return list;
 }
 
+// The assignment's values in each baseline that holds it: work as a time span, cost as stored.
+nlohmann::ordered_json assignmentBaselines(const R& reader, int32_t uid) {
+    constexpr int32_t kBaselineCount = 11;
+    nlohmann::ordered_json list = nlohmann::ordered_json::object();
+    for (int32_t number = 0; number < kBaselineCount; ++number) {
+        const KVMSPISingleAssignmentBaselineReader* baseline = reader.assignmentBaseline(uid, number);
+        if (baseline == nullptr) {
+            continue;
+        }
+        nlohmann::ordered_json values = nlohmann::ordered_json::object();
+        if (baseline->hasStart()) {
+            values["start"] = DumpValue::of(baseline->start());
+        }
+        if (baseline->hasFinish()) {
+            values["finish"] = DumpValue::of(baseline->finish());
+        }
+        if (baseline->hasWork()) {
+            values["work"] = DumpValue::ofSeconds(baseline->work() * 0.06);
+        }
+        if (baseline->hasCost()) {
+            values["cost"] = baseline->cost();
+        }
+        list[std::to_string(number)] = values;
+    }
+    return list;
+}
+
 } // namespace
 
 nlohmann::ordered_json AssignmentDump::of(R& reader) {
@@ -44,6 +72,7 @@ nlohmann::ordered_json AssignmentDump::of(R& reader) {
         assignments.push_back(dumpObject(uid, [&](nlohmann::ordered_json& assignment) {
             addFields(reader, uid, assignment);
             assignment["timephasedData"] = phases(reader, uid);
+            assignment["assignmentBaselines"] = assignmentBaselines(reader, uid);
         }));
     }
     return assignments;

@@ -1,6 +1,7 @@
 #include "tool/inspect/ResourceDump.h"
 
 #include "MPPImporter/readers/KVMSPIMPPAbsResourceReader.h"
+#include "MPPImporter/readers/KVMSPISingleResourceBaselineReader.h"
 #include "tool/inspect/CustomFieldDump.h"
 #include "tool/inspect/ReaderFieldDump.h"
 
@@ -40,6 +41,24 @@ nlohmann::ordered_json availability(R& reader, int32_t uid) {
     return list;
 }
 
+// The resource's values in each baseline that holds it: work as a time span, cost as stored.
+nlohmann::ordered_json resourceBaselines(const R& reader, int32_t uid) {
+    nlohmann::ordered_json list = nlohmann::ordered_json::object();
+    for (int32_t number = 0; number < kBaselineCount; ++number) {
+        if (const KVMSPISingleResourceBaselineReader* baseline = reader.resourceBaseline(uid, number)) {
+            nlohmann::ordered_json values = nlohmann::ordered_json::object();
+            if (baseline->hasWork()) {
+                values["work"] = DumpValue::ofSeconds(baseline->resourceWork() * 0.06);
+            }
+            if (baseline->hasCost()) {
+                values["cost"] = baseline->resourceCost();
+            }
+            list[std::to_string(number)] = values;
+        }
+    }
+    return list;
+}
+
 } // namespace
 
 nlohmann::ordered_json ResourceDump::of(R& reader) {
@@ -51,6 +70,7 @@ nlohmann::ordered_json ResourceDump::of(R& reader) {
             resource["hasBaseline"] = numberedFlags(0, kBaselineCount - 1, [&](int32_t index, bool& value) {
                 return reader.hasBaseline(uid, index, value, nullptr);
             });
+            resource["resourceBaselines"] = resourceBaselines(reader, uid);
             resource["resourceCustomFields"] = CustomFieldDump::of(
                 [&](auto& fields) { return reader.resourceCustomFields(uid, fields, nullptr); });
         }));

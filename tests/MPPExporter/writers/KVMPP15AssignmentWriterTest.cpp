@@ -6,12 +6,14 @@
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/format/MPPValueCodecs.h"
 #include "MPPImporter/readers/KVMSPIMPPAssignmentReader.h"
+#include "MPPImporter/readers/KVMSPISingleAssignmentBaselineReader.h"
 #include "MPPImporter/readers/KVMSPISingleTimephasedDataReader.h"
 #include "WriterTestSupport.h"
 #include "support/TestSupport.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <map>
 
 namespace {
 
@@ -184,16 +186,68 @@ TEST(KVMPP15AssignmentWriter, HeaderElementsWithoutAssignmentsAndTooManyBaseline
     EXPECT_EQ(data->uidArray(), (std::vector<int32_t>{0}));
     EXPECT_TRUE(data->hasDataForObjectUID(0, 0x31) && data->hasDataForObjectUID(0, 0x27A));
 
+    const auto numbered = [](AssignmentPlan& plan, int64_t count) {
+        auto& baselines = plan.project.assignments.front()->baselines;
+        baselines.resize(static_cast<size_t>(count));
+        for (int64_t number = 0; number < count; ++number) {
+            baselines[static_cast<size_t>(number)].number = number;
+        }
+    };
     AssignmentPlan saved;
-    saved.project.assignments.front()->baselines.resize(12);
+    numbered(saved, 12);
     const fs::path refused = dir.path() / "refused.mpp";
     EXPECT_FALSE(KVMPP15ProjectWriter::writeProject(saved.project, refused.string(),
                                                     writertest::shippedTemplate().string()));
     EXPECT_FALSE(fs::exists(refused));
     AssignmentPlan ten;
-    ten.project.assignments.front()->baselines.resize(11);
+    numbered(ten, 11);
     EXPECT_TRUE(KVMPP15ProjectWriter::writeProject(ten.project, refused.string(),
                                                    writertest::shippedTemplate().string()));
+}
+
+// An assignment's Baseline and its numbered baselines read back under their numbers with their dates,
+// work and cost, a gap in the numbers left empty; a first baseline of another number than 0 is no
+// Baseline.
+TEST(KVMPP15AssignmentWriter, BaselinesReadBackUnderTheirNumbers) {
+    SystemZoneScope scope("UTC");
+    testsupport::TempDir dir;
+    AssignmentPlan plan;
+    const auto baseline = [](int64_t number, double day) {
+        KVMPPAssignmentBaseline saved;
+        saved.number = number;
+        saved.start = at(day, 8);
+        saved.finish = at(day + 1, 17);
+        saved.work = (static_cast<double>(number) + 1) * kHour;
+        saved.cost = 12.5 * static_cast<double>(number);
+        return saved;
+    };
+    // The shared assignment becomes UID 3, the split task's UID 1, which holds baseline 2 alone.
+    plan.project.assignments[0]->baselines = {baseline(0, 1), baseline(3, 2), baseline(10, 3)};
+    plan.project.assignments[1]->baselines = {baseline(2, 4)};
+    const fs::path output = dir.path() / "plan.mpp";
+    ASSERT_TRUE(KVMPP15ProjectWriter::writeProject(plan.project, output.string(),
+                                                   writertest::shippedTemplate().string()));
+    writertest::WrittenPlan written(output);
+    ASSERT_NE(written.assignments(), nullptr);
+    const KVMSPIMPPAssignmentReader& reader = *written.assignments();
+    const std::map<std::pair<int32_t, int32_t>, double> expected = {
+        {{3, 0}, 1}, {{3, 3}, 2}, {{3, 10}, 3}, {{1, 2}, 4}};
+    for (int32_t uid = 1; uid <= 3; ++uid) {
+        for (int32_t number = 0; number <= 10; ++number) {
+            const KVMSPISingleAssignmentBaselineReader* read = reader.assignmentBaseline(uid, number);
+            const auto found = expected.find({uid, number});
+            if (found == expected.end()) {
+                EXPECT_EQ(read, nullptr) << uid << " " << number;
+                continue;
+            }
+            ASSERT_NE(read, nullptr) << uid << " " << number;
+            EXPECT_TRUE(read->hasStart() && read->hasFinish() && read->hasWork() && read->hasCost());
+            EXPECT_EQ(read->start(), at(found->second, 8)) << number;
+            EXPECT_EQ(read->finish(), at(found->second + 1, 17)) << number;
+            EXPECT_DOUBLE_EQ(read->work() * 0.06, (number + 1) * kHour) << number;
+            EXPECT_DOUBLE_EQ(read->cost(), 1250.0 * number) << number;
+        }
+    }
 }
 
 // The figures where the arithmetic has no answer of its own: a material assignment without work has

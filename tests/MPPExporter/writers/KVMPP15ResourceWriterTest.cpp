@@ -138,10 +138,17 @@ TEST(KVMPP15ResourceWriter, TheReaderReadsBackEveryResource) {
     ASSERT_EQ(fields.size(), 1u) << "an empty custom text writes no element";
     EXPECT_EQ(fields[0]->name(), "Desk") << "the field goes by the name written for it";
     EXPECT_EQ(fields[0]->string(), "B12");
-    // The first baseline became the Baseline, the second keeps its number.
+    // The first baseline became the Baseline, the second keeps its number, and reads back: the default
+    // resource marks it for the plan.
     bool saved = false;
     EXPECT_TRUE(reader.hasBaseline(1, 2, saved) && saved);
     EXPECT_TRUE(reader.hasBaseline(1, 1, saved) && !saved);
+    const KVMSPISingleResourceBaselineReader* second = reader.resourceBaseline(1, 2);
+    ASSERT_NE(second, nullptr);
+    EXPECT_TRUE(second->hasWork() && second->hasCost());
+    EXPECT_DOUBLE_EQ(second->resourceWork() * 0.06, 7200.0);
+    EXPECT_DOUBLE_EQ(second->resourceCost(), 2000.0);
+    EXPECT_EQ(reader.resourceBaseline(2, 2), nullptr) << "a resource without the baseline holds none";
 
     // Three header elements, then records of 172 bytes: the default resource's, then the resources'.
     const std::vector<uint8_t> fixed = written.stream("TBkndRsc", "FixedData");

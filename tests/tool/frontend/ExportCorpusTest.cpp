@@ -3,6 +3,8 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPCommon/xml/KVMSPCXMLDocument.h"
 #include "MPPExporter/Mappers/KVMSPECalendarExceptions.h"
+#include "MPPExporter/Mappers/MSPETvnxReading.h"
+#include "MPPExporter/writers/KVMPPData.h"
 #include "support/CorpusComparison.h"
 #include "support/TestSupport.h"
 
@@ -400,15 +402,121 @@ std::vector<std::string> assignmentLines(const std::string& output, const Assign
     return lines;
 }
 
+// The saved values of resources and assignments, one line each, sorted: the numbered baselines of each
+// resource with their work and cost, and every baseline of each assignment with its dates, work and
+// cost, in seconds and currency units. The model states dates as instants, the file holds their wall
+// clock. A resource's Baseline is left out: the readers find it by the default resource's timephased
+// baseline block, which the export doesn't write.
+std::string modelWallClock(const json& date) {
+    const auto instant = date.is_string() ? tvnxread::date(date.get<std::string>()) : std::nullopt;
+    return instant ? initWithDateTime(KVMPPData::wallClock(*instant)) : "-";
+}
+
+// A text member, or the empty text where it is absent or no text.
+std::string textMember(const json& object, const char* key) {
+    const json value = object.value(key, json());
+    return value.is_string() ? value.get<std::string>() : "";
+}
+
+std::string fileWallClock(const json& date) {
+    return date.is_string() ? date.get<std::string>() : "-";
+}
+
+std::vector<std::string> modelBaselineLines(const std::string& output) {
+    const json plan = json::parse(output, nullptr, false);
+    if (!plan.is_object()) {
+        return {"unreadable: " + output.substr(0, 200)};
+    }
+    std::map<int64_t, std::string> tasks;
+    for (const json& task : plan.value("tasks", json::array())) {
+        tasks[task.value("ID", int64_t{-1})] = textMember(task, "title");
+    }
+    std::map<int64_t, std::string> resources;
+    std::vector<std::string> lines;
+    for (const json& resource : plan.value("resources", json::array())) {
+        const std::string name = textMember(resource, "name");
+        resources[resource.value("ID", int64_t{-1})] = name;
+        for (const json& saved : resource.value("baselines", json::array())) {
+            if (saved.value("number", 0) > 0) {
+                lines.push_back(stringWithFormat("%s baseline %d: %.0f s %.2f", name.c_str(),
+                                                 saved.value("number", 0), saved.value("work", 0.0),
+                                                 saved.value("cost", 0.0)));
+            }
+        }
+    }
+    for (const json& assignment : plan.value("assignments", json::array())) {
+        const json& resource = assignment.value("resourceID", json());
+        const auto named = resource.is_number() ? resources.find(resource.get<int64_t>()) : resources.end();
+        const auto task = tasks.find(assignment.value("taskID", int64_t{-1}));
+        for (const json& saved : assignment.value("baselines", json::array())) {
+            lines.push_back(stringWithFormat(
+                "%s <- %s baseline %d: %s %s %.0f s %.2f", task == tasks.end() ? "?" : task->second.c_str(),
+                named == resources.end() ? "-" : named->second.c_str(), saved.value("number", 0),
+                modelWallClock(saved.value("start", json())).c_str(),
+                modelWallClock(saved.value("finish", json())).c_str(), saved.value("work", 0.0),
+                saved.value("cost", 0.0)));
+        }
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+}
+
+std::vector<std::string> fileBaselineLines(const std::string& output) {
+    const json plan = json::parse(output, nullptr, false);
+    if (!plan.is_object()) {
+        return {"unreadable: " + output.substr(0, 200)};
+    }
+    std::map<int64_t, std::string> tasks;
+    for (const json& task : plan.value("tasks", json::array())) {
+        const int64_t uid = task.value("uid", int64_t{-1});
+        tasks[uid] = uid == 0 ? "(summary)" : textMember(task, "taskName");
+    }
+    std::map<int64_t, std::string> resources;
+    std::vector<std::string> lines;
+    for (const json& resource : plan.value("resources", json::array())) {
+        const int64_t uid = resource.value("uid", int64_t{-1});
+        const std::string name = textMember(resource, "resourceName");
+        resources[uid] = name;
+        // The default resource's zeros mark the baselines for the plan.
+        const json baselines = resource.value("resourceBaselines", json::object());
+        for (const auto& [number, saved] : baselines.items()) {
+            if (uid != 0 && number != "0") {
+                lines.push_back(stringWithFormat("%s baseline %s: %.0f s %.2f", name.c_str(), number.c_str(),
+                                                 saved.value("work", 0.0) / 1.0e6,
+                                                 saved.value("cost", 0.0) / 100.0));
+            }
+        }
+    }
+    for (const json& assignment : plan.value("assignments", json::array())) {
+        const json& resource = assignment.value("assignmentResourceUID", json());
+        const auto named = resource.is_number() ? resources.find(resource.get<int64_t>()) : resources.end();
+        const auto task = tasks.find(assignment.value("assignmentTaskUID", int64_t{-1}));
+        const json baselines = assignment.value("assignmentBaselines", json::object());
+        for (const auto& [number, saved] : baselines.items()) {
+            lines.push_back(stringWithFormat(
+                "%s <- %s baseline %s: %s %s %.0f s %.2f", task == tasks.end() ? "?" : task->second.c_str(),
+                named == resources.end() ? "-" : named->second.c_str(), number.c_str(),
+                fileWallClock(saved.value("start", json())).c_str(),
+                fileWallClock(saved.value("finish", json())).c_str(), saved.value("work", 0.0) / 1.0e6,
+                saved.value("cost", 0.0) / 100.0));
+        }
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+}
+
 // One export and import again. Either why that failed, or the outlines of the bundle and of the
 // bundle of the exported file, which is left in `work`/second, and the assignments that the export
-// computes and those the exported file holds.
+// computes and those the exported file holds, and the same of the saved values of resources and
+// assignments.
 struct RoundTrip {
     std::string failure;
     Outline before{};
     Outline after{};
     std::vector<std::string> mapped{};
     std::vector<std::string> written{};
+    std::vector<std::string> mappedBaselines{};
+    std::vector<std::string> writtenBaselines{};
 };
 
 RoundTrip roundTrip(const fs::path& bundle, const fs::path& mppTemplate, const fs::path& work,
@@ -428,13 +536,17 @@ RoundTrip roundTrip(const fs::path& bundle, const fs::path& mppTemplate, const f
         return {"the exported file does not import"};
     }
     const std::string inspect = shellQuoted(MPPINSPECT_PATH);
-    return {"", outline(bundle), outline(*again),
-            assignmentLines(testsupport::commandOutput(inspect + " model " + shellQuoted(bundle.string()) +
-                                                       " 2>/dev/null"),
-                            kModelForm),
-            assignmentLines(
-                testsupport::commandOutput(inspect + " dump " + shellQuoted(mpp.string()) + " 2>/dev/null"),
-                kFileForm)};
+    const std::string model =
+        testsupport::commandOutput(inspect + " model " + shellQuoted(bundle.string()) + " 2>/dev/null");
+    const std::string dump =
+        testsupport::commandOutput(inspect + " dump " + shellQuoted(mpp.string()) + " 2>/dev/null");
+    return {"",
+            outline(bundle),
+            outline(*again),
+            assignmentLines(model, kModelForm),
+            assignmentLines(dump, kFileForm),
+            modelBaselineLines(model),
+            fileBaselineLines(dump)};
 }
 
 // The shipped template, saved by application 16, and a plan of the corpus saved by application 15
@@ -486,9 +598,9 @@ std::string partDifference(const RoundTrip& trip, std::vector<std::string> Outli
 
 // Each plan's round trip as the fields "structure" (outline and links), "schedule" (kinds and dates),
 // "resources", "assignments" (resources and units per task), "week" and "exceptions" (the project's
-// calendar), "baselines" (the baseline files and each task's dates in them) and "assignment work" (the
-// assignments that the export computes against those that the exported file holds), and the second round's as
-// "second round".
+// calendar), "baselines" (the baseline files and each task's dates in them), "assignment work" (the
+// assignments that the export computes against those that the exported file holds), "saved values" (the
+// same of the baselines of resources and assignments), and the second round's as "second round".
 TEST_F(ExportCorpusTest, EveryImportedPlanComesBackTheSame) {
     TVMSP_REQUIRE_CORPUS();
     testsupport::CorpusComparison comparison("tool/frontend/ExportCorpusTest.manifest", 1100);
@@ -505,6 +617,9 @@ TEST_F(ExportCorpusTest, EveryImportedPlanComesBackTheSame) {
         }
         const std::string work = trip.failure.empty() ? difference(trip.mapped, trip.written) : trip.failure;
         comparison.check(name, "assignment work", "", work.empty(), work);
+        const std::string saved =
+            trip.failure.empty() ? difference(trip.mappedBaselines, trip.writtenBaselines) : trip.failure;
+        comparison.check(name, "saved values", "", saved.empty(), saved);
     }
     for (const auto& [name, trip] : s_second) {
         std::string changed;

@@ -492,12 +492,37 @@ private:
                                          {"assignment.work", "assignmentWork", "work_min", Form::Minutes},
                                          {"assignment.start", "assignmentStart", "start", Form::Text},
                                          {"assignment.finish", "assignmentFinish", "finish", Form::Text}});
+                          compare("assignment.baselines", object, ourAssignmentBaselines(assignment),
+                                  refAssignmentBaselines(ref));
                           // An assignment without a resource names a negative resource UID.
                           const json& resource = get(assignment, "assignmentResourceUID");
                           compare("assignment.resource", object,
                                   resource.is_number() && resource < 0 ? "(none)" : text(resource),
                                   text(get(ref, "resource_uid")));
                       });
+    }
+
+    // An assignment's baselines, one entry each: its number, dates, work in minutes and cost.
+    static std::string ourAssignmentBaselines(const json& assignment) {
+        std::vector<std::string> entries;
+        const json baselines = assignment.value("assignmentBaselines", json::object());
+        for (const auto& [saved, values] : baselines.items()) {
+            const json& cost = get(values, "cost");
+            entries.push_back(saved + " " + text(get(values, "start")) + " " + text(get(values, "finish")) +
+                              " " + ourMinutes(get(values, "work")) + " " +
+                              number(cost.is_number() ? json(cost.get<double>() / 100.0) : cost));
+        }
+        return joined(entries);
+    }
+
+    static std::string refAssignmentBaselines(const json& assignment) {
+        std::vector<std::string> entries;
+        const json& baselines = get(assignment, "baselines");
+        for (const auto& [saved, values] : baselines.items()) {
+            entries.push_back(saved + " " + text(get(values, "start")) + " " + text(get(values, "finish")) +
+                              " " + refMinutes(get(values, "work_min")) + " " + number(get(values, "cost")));
+        }
+        return joined(entries);
     }
 
     // The baselines of a plan: those that some task or resource marks as set.

@@ -180,7 +180,8 @@ void KVMSPIMapper::map() {
     tvLog("  Finished updating Tarvane document bundle.");
 }
 
-// Assignments hold no baseline values of their own, so resources and tasks decide.
+// Resources and tasks decide. The baseline documents hold no values of assignments, so a baseline
+// that only assignments hold would make a document that merely repeats the plan.
 bool KVMSPIMapper::hasBaselineData() const {
     const auto* resources = dynamic_cast<const KVMSPIMPPResourceReader*>(_mspProject->resourceReader());
     const auto* tasks = dynamic_cast<const KVMSPIMPPTaskReader*>(_mspProject->taskReader());
