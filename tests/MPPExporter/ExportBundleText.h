@@ -1,5 +1,8 @@
 #pragma once
 
+#include "MPPCommon/date/DateTestSupport.h"
+#include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
+
 #include <string>
 #include <vector>
 
@@ -44,6 +47,12 @@ inline std::string withoutNamespace(std::string text) {
         text.erase(at, declaration.size());
     }
     return text;
+}
+
+// A wall clock of February 2026 in the system zone as the bundle states it: Monday the 2nd to Sunday
+// the 8th, clear of daylight-saving changes.
+inline std::string februaryText(int day, int hour = 0) {
+    return *KVMSPIUtilities::mppToTvnxDateTime(localInstant(2026, 2, day, hour));
 }
 
 } // namespace exportbundle

@@ -11,7 +11,6 @@
 namespace {
 
 constexpr uint16_t kNullDay = 0xFFFF;
-constexpr int64_t kSecondsPerDay = 86400;
 // Times of day in MPP files count tenths of a minute.
 constexpr int64_t kSecondsPerTimeUnit = 6;
 

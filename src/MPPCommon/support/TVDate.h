@@ -17,6 +17,9 @@ struct TVDate {
 // A time span: a signed count of microseconds.
 using TVTimeSpan = int64_t;
 inline constexpr TVTimeSpan kMicrosecondsPerSecond = 1000000;
+inline constexpr int64_t kSecondsPerDay = 86400;
 
 // The base of every date in an MPP stream: 1983-12-31 00:00:00 UTC, so that day 1 is 1984-01-01.
-inline constexpr TVDate getMPPEpoch() { return TVDate{441676800.0}; }
+inline constexpr TVDate getMPPEpoch() {
+    return TVDate{441676800.0};
+}

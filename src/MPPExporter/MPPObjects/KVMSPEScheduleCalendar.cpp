@@ -282,14 +282,14 @@ double KVMSPEScheduleCalendar::workingTimeFromDate(TVDate fromDate, TVDate toDat
     if (!firstDay || !lastDay || !fromSeconds || !toSeconds) {
         return 0.0;
     }
-    const TVDate walkLimit = firstDay->addingSeconds(kMaxWalkDays * MSPEScheduleClock::kSecondsPerDay);
+    const TVDate walkLimit = firstDay->addingSeconds(kMaxWalkDays * kSecondsPerDay);
     MSPEScheduleIterator iterator(*this, fromDate, true);
     const WorkingTimePeriod* period = nullptr;
     TVDate day;
     double sum = 0.0;
     while (iterator.nextTimePeriod(&period, nullptr, &day, nullptr) && day <= *lastDay && day < walkLimit) {
         const double lower = day == *firstDay ? *fromSeconds : 0.0;
-        const double upper = day == *lastDay ? *toSeconds : MSPEScheduleClock::kSecondsPerDay;
+        const double upper = day == *lastDay ? *toSeconds : kSecondsPerDay;
         const double start = std::max(workingTimePeriodStart(*period), lower);
         const double end = std::min(workingTimePeriodEnd(*period), upper);
         if (end > start) {

@@ -11,7 +11,6 @@
 // the calendar can't hold.
 class MSPEScheduleClock {
 public:
-    static constexpr double kSecondsPerDay = 86400.0;
     static constexpr int64_t kDaysPerWeek = 7;
 
     // One day on in the direction: exactly 86400 seconds, not a calendar day.

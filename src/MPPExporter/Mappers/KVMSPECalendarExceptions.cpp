@@ -7,6 +7,7 @@
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/Mappers/KVMSPERecurrenceRule.h"
+#include "MPPExporter/Mappers/MSPETvnxReading.h"
 #include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 
 #include <algorithm>
@@ -15,11 +16,6 @@
 namespace {
 
 using namespace tvnx;
-
-std::optional<std::string> attributeValue(const KVMSPCXMLElement& element, const char* name) {
-    const auto attribute = element.attributeForName(name);
-    return attribute ? attribute->stringValue() : std::nullopt;
-}
 
 // The occurrences of the repeated events of one calendar, all rules together. A plan file counts the
 // exceptions of a calendar in 16 bits, so it never holds more; the cap keeps a hostile rule from
@@ -89,14 +85,14 @@ std::optional<std::vector<MSPETvnxEventInfo>> occurrencesOf(const MSPETvnxEventI
 
 // The seconds of day of a `time-span` attribute, as its leading integer.
 double spanTime(const KVMSPCXMLElement& span, const char* name) {
-    return static_cast<double>(intValue(attributeValue(span, name).value_or("")));
+    return static_cast<double>(intValue(tvnxread::attribute(span, name).value_or("")));
 }
 
 } // namespace
 
 KVMSPECalendarExceptions::KVMSPECalendarExceptions(const KVMSPCXMLElement& calendar)
-    : _calendarName(attributeValue(calendar, attribute::kName)) {
-    const auto overtime = attributeValue(calendar, attribute::kOvertime);
+    : _calendarName(tvnxread::attribute(calendar, attribute::kName)) {
+    const auto overtime = tvnxread::attribute(calendar, attribute::kOvertime);
     _overtime = overtime && !overtime->empty() && boolValueFromString(*overtime);
     size_t budget = kMaxOccurrences;
     for (const auto& event : calendar.elementsForName(element::kEvent)) {
@@ -106,7 +102,7 @@ KVMSPECalendarExceptions::KVMSPECalendarExceptions(const KVMSPCXMLElement& calen
         }
         // A repeated event is expanded into its occurrences: taken as one stretch, the days between
         // them would become exception days too.
-        const auto rule = attributeValue(*event, attribute::kRrule);
+        const auto rule = tvnxread::attribute(*event, attribute::kRrule);
         const auto runs = rule && !rule->empty() ? occurrencesOf(*info, *rule, budget) : std::nullopt;
         if (runs) {
             _tvnxEventInfos.insert(_tvnxEventInfos.end(), runs->begin(), runs->end());
@@ -121,7 +117,7 @@ KVMSPECalendarExceptions::KVMSPECalendarExceptions(const KVMSPCXMLElement::Eleme
                                                    bool overtime)
     : _calendarName(overtime ? value::kCalendarOvertime : value::kCalendarTimeOff), _overtime(overtime) {
     for (const auto& flattenedDay : flattenedDays) {
-        const auto text = attributeValue(*flattenedDay, attribute::kDate);
+        const auto text = tvnxread::attribute(*flattenedDay, attribute::kDate);
         const auto date = text ? KVMSPIUtilities::tvnxToMppDateTime(*text) : std::nullopt;
         const auto day = date ? MSPETvnxEventInfo::dayOf(*date) : std::nullopt;
         if (!day) {

@@ -5,6 +5,7 @@
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/MPPObjects/MSPEScheduleClock.h"
+#include "MPPExporter/Mappers/MSPETvnxReading.h"
 
 #include <algorithm>
 
@@ -14,11 +15,6 @@ using namespace tvnx;
 
 constexpr const char* kProjectCalendarName = "Standard";
 constexpr const char* kExceptionDaysName = "Exception days";
-
-std::optional<std::string> attributeValue(const KVMSPCXMLElement& element, const char* name) {
-    const auto attribute = element.attributeForName(name);
-    return attribute ? attribute->stringValue() : std::nullopt;
-}
 
 KVMSPCXMLElement::ElementPtr firstChild(const KVMSPCXMLElement& element, const char* name) {
     const auto children = element.elementsForName(name);
@@ -69,10 +65,10 @@ int64_t KVMSPECalendarMapper::newCalendarFromTvnxResource(const ElementPtr& reso
     tvAssert(parentResource || uid == 1, "Top resource calendar UID mast be equal to 1.");
     std::optional<std::string> parentKey;
     if (parentResource) {
-        parentKey = attributeValue(*parentResource, attribute::kId);
+        parentKey = tvnxread::attribute(*parentResource, attribute::kId);
         tvAssert(parentKey.has_value(), "Top resource, and only top resource, has no parent resource.");
     }
-    const auto key = attributeValue(*resource, attribute::kId);
+    const auto key = tvnxread::attribute(*resource, attribute::kId);
     tvAssert(key.has_value(), "Resource has no 'id' attribute.");
     tvAssert(!_scheduleInfoMap.contains(*key),
              stringWithFormat("Duplicated schedule of resource id='%s'.", key->c_str()));
@@ -106,7 +102,7 @@ int64_t KVMSPECalendarMapper::newCalendarFromTvnxResource(const ElementPtr& reso
 void KVMSPECalendarMapper::readScheduleDays(KVMSPEScheduleInfo& info, KVMSPCXMLElement& schedule) const {
     for (const auto& day : schedule.elementsForName(info.extendedFormat() ? element::kFlattenedScheduleDay
                                                                           : element::kScheduleDay)) {
-        const auto dayName = attributeValue(*day, attribute::kDayOfWeek);
+        const auto dayName = tvnxread::attribute(*day, attribute::kDayOfWeek);
         if (info.extendedFormat() && !dayName) {
             continue;
         }
@@ -115,8 +111,9 @@ void KVMSPECalendarMapper::readScheduleDays(KVMSPEScheduleInfo& info, KVMSPCXMLE
                  stringWithFormat("Unexpected day of week: %s", dayName.value_or("").c_str()));
         auto& workingTimes = info.resetWorkingTimesForDayType(*dayType);
         for (const auto& span : day->elementsForName(element::kTimeSpan)) {
-            workingTimes.emplace_back(intValue(attributeValue(*span, attribute::kStartTime).value_or("")),
-                                      intValue(attributeValue(*span, attribute::kEndTime).value_or("")));
+            workingTimes.emplace_back(
+                intValue(tvnxread::attribute(*span, attribute::kStartTime).value_or("")),
+                intValue(tvnxread::attribute(*span, attribute::kEndTime).value_or("")));
         }
     }
 }

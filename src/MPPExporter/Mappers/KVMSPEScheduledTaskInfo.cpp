@@ -3,6 +3,7 @@
 #include "MPPCommon/bundle/KVTVNXNames.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
+#include "MPPExporter/Mappers/MSPETvnxReading.h"
 #include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 
 #include <array>
@@ -32,11 +33,6 @@ int64_t intValue(KVMSPCXMLElement& task, const char* name) {
     return error.code == 0 ? value : 0;
 }
 
-std::optional<std::string> attributeValue(const KVMSPCXMLElement& element, const char* name) {
-    const auto attribute = element.attributeForName(name);
-    return attribute ? attribute->stringValue() : std::nullopt;
-}
-
 // The position of a word in a table, or none.
 template <size_t N>
 std::optional<int32_t> wordIndex(const std::optional<std::string>& word,
@@ -59,8 +55,6 @@ constexpr std::array<const char*, 4> kLinkKinds = {
     value::kDependencyFinishToFinish};
 // The model's link type of each kind: finish-to-finish is 0, and finish-to-start, the default, 1.
 constexpr std::array<int32_t, 4> kConstraintTypes = {1, 2, 3, 0};
-constexpr int32_t kMilestone = 1;
-constexpr int32_t kGroup = 2;
 
 // The leading decimal number of a text, 0 when it has none.
 double leadingNumber(const std::string& text) {
@@ -88,7 +82,7 @@ KVMSPEScheduledTaskInfo::KVMSPEScheduledTaskInfo(KVMSPCXMLElement& tvnxTask) {
     _remainingDuration = _duration - _actualDuration;
     _percentCompletion = _actualDuration != 0.0 ? shareOf(_actualDuration, _duration) : 0.0;
 
-    const auto uid = attributeValue(tvnxTask, attribute::kId);
+    const auto uid = tvnxread::attribute(tvnxTask, attribute::kId);
     tvAssert(uid.has_value(), "Task attribute 'id' not found.");
     _uid = *uid;
 
@@ -138,7 +132,7 @@ KVMSPEScheduledTaskInfo::KVMSPEScheduledTaskInfo(KVMSPCXMLElement& tvnxTask) {
     if (_taskType == kGroup) {
         _childTaskUIDs.emplace();
         for (const auto& child : tvnxTask.elementsForName(element::kChildTask)) {
-            if (auto idref = attributeValue(*child, attribute::kIdref)) {
+            if (auto idref = tvnxread::attribute(*child, attribute::kIdref)) {
                 _childTaskUIDs->push_back(std::move(*idref));
             }
         }
@@ -149,10 +143,10 @@ void KVMSPEScheduledTaskInfo::readPrerequisite(KVMSPCXMLElement& prerequisite) {
     Prerequisite record;
     KVMPPConstraint constraint;
     constraint.task1ID = _uid;
-    record.taskId = attributeValue(prerequisite, attribute::kIdref);
+    record.taskId = tvnxread::attribute(prerequisite, attribute::kIdref);
     constraint.task2ID = record.taskId;
-    record.external = attributeValue(prerequisite, attribute::kExternal);
-    const auto kind = wordIndex(attributeValue(prerequisite, attribute::kKind), kLinkKinds);
+    record.external = tvnxread::attribute(prerequisite, attribute::kExternal);
+    const auto kind = wordIndex(tvnxread::attribute(prerequisite, attribute::kKind), kLinkKinds);
     record.kind = kind.value_or(0);
     constraint.constraintType = kConstraintTypes[static_cast<size_t>(record.kind)];
     TVError error;
@@ -162,7 +156,7 @@ void KVMSPEScheduledTaskInfo::readPrerequisite(KVMSPCXMLElement& prerequisite) {
     if (!leadTimes.empty()) {
         const auto& leadTime = *leadTimes.front();
         record.leadTime = leadingNumber(leadTime.stringValue().value_or(""));
-        record.isPercentage = attributeValue(leadTime, attribute::kIsPercentage) == value::kTrue;
+        record.isPercentage = tvnxread::attribute(leadTime, attribute::kIsPercentage) == value::kTrue;
         constraint.lag = record.leadTime;
         constraint.isPercentage = record.isPercentage;
     }

@@ -38,6 +38,8 @@ public:
     int32_t noEarlierThanConstrainedTaskEnd() const { return _noEarlierThanConstrainedTaskEnd; }
     int32_t noLaterThanConstrainedTaskEnd() const { return _noLaterThanConstrainedTaskEnd; }
     // 0 task, 1 milestone, 2 group, 3 hammock.
+    static constexpr int32_t kMilestone = 1;
+    static constexpr int32_t kGroup = 2;
     int32_t taskType() const { return _taskType; }
     // 0 duration, 1 effort, 2 units.
     int32_t recalculate() const { return _recalculate; }

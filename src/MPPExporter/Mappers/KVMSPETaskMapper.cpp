@@ -18,9 +18,6 @@
 
 namespace {
 
-// Task types of the scheduled information.
-constexpr int32_t kMilestone = 1;
-constexpr int32_t kGroup = 2;
 // Schedule types of the scheduled information.
 constexpr int32_t kAsSoonAsPossible = 1;
 constexpr int32_t kAsLateAsPossible = 2;
@@ -92,7 +89,7 @@ std::shared_ptr<KVMPPTask> KVMSPETaskMapper::newTaskFromTVNXTask(const ElementPt
     task->actualCost = info.costDone();
     task->remainingCost = task->cost - task->actualCost;
     task->estimated = false;
-    task->milestone = info.taskType() == kMilestone;
+    task->milestone = info.taskType() == KVMSPEScheduledTaskInfo::kMilestone;
     mapProgress(*task, element, info);
     mapConstraint(*task, info);
     completeSchedule(*task, element, info);
@@ -152,7 +149,7 @@ void KVMSPETaskMapper::mapTaskType(KVMPPTask& task, const std::optional<std::str
     };
     if (!recalculate) {
         require(0);
-        task.taskType = info.taskType() == kGroup ? 1 : 2;
+        task.taskType = info.taskType() == KVMSPEScheduledTaskInfo::kGroup ? 1 : 2;
     } else if (*recalculate == tvnx::value::kRecalculateDuration) {
         require(0);
         task.taskType = 0;
@@ -177,8 +174,8 @@ void KVMSPETaskMapper::mapProgress(KVMPPTask& task, KVMSPCXMLElement& element,
         task.percentComplete = tvnxread::number(element, tvnx::element::kCompletionPercentage, 0.0);
     }
     task.workPercentComplete = info.workPercentCompletion();
-    if (info.taskType() != kGroup || info.workPercentCompletion() != 0 || !info.childTaskUIDs() ||
-        info.childTaskUIDs()->empty()) {
+    if (info.taskType() != KVMSPEScheduledTaskInfo::kGroup || info.workPercentCompletion() != 0 ||
+        !info.childTaskUIDs() || info.childTaskUIDs()->empty()) {
         return;
     }
     // A group of effortless milestones shows their progress: the milestones' shares over all members.
@@ -186,7 +183,8 @@ void KVMSPETaskMapper::mapProgress(KVMPPTask& task, KVMSPCXMLElement& element,
     double completion = 0;
     for (const std::string& member : *info.childTaskUIDs()) {
         const auto found = scheduledTasks.find(member);
-        if (found != scheduledTasks.end() && found->second->taskType() == kMilestone) {
+        if (found != scheduledTasks.end() &&
+            found->second->taskType() == KVMSPEScheduledTaskInfo::kMilestone) {
             completion += found->second->completionPercentage();
         }
     }
@@ -252,13 +250,14 @@ void KVMSPETaskMapper::completeSchedule(KVMPPTask& task, KVMSPCXMLElement& eleme
     // of the task's staff (the whole effort without any), the end by working time from the start.
     // Groups take their dates from their members after the outline is built, split tasks from their
     // pieces.
-    if (info.taskType() == kGroup || tvnxread::singleElement(element, tvnx::element::kSplit)) {
+    if (info.taskType() == KVMSPEScheduledTaskInfo::kGroup ||
+        tvnxread::singleElement(element, tvnx::element::kSplit)) {
         return;
     }
     if (!task.startDate) {
         task.startDate = info.leveledStart();
     }
-    if (info.taskType() != kMilestone && task.duration == 0 && info.effort() > 0) {
+    if (info.taskType() != KVMSPEScheduledTaskInfo::kMilestone && task.duration == 0 && info.effort() > 0) {
         double units = 0;
         for (const auto& assignment : element.elementsForName(tvnx::element::kAssignment)) {
             const auto resource = mapper().projectMapper()->resourceElement(

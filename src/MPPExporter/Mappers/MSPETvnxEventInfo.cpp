@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr double kSecondsPerDay = 86400.0;
-
 std::optional<TVDate> dateAttribute(const KVMSPCXMLElement& event, const char* name) {
     const auto attribute = event.attributeForName(name);
     const auto text = attribute ? attribute->stringValue() : std::nullopt;

@@ -73,10 +73,6 @@ double work(double seconds) {
     return seconds * 100.0 / 6.0;
 }
 
-std::optional<TVDate> wallClock(std::optional<TVDate> date) {
-    return date ? std::optional(KVMPPData::wallClock(*date)) : std::nullopt;
-}
-
 // A count of 80ths of a minute as the block's 32-bit word: negative or NaN counts give 0 and counts
 // beyond the word its largest value, so that no conversion is undefined.
 uint32_t blockWord(double units) {
@@ -401,9 +397,9 @@ void KVMPP15AssignmentWriter::writeAssignmentFixedData(const KVMPPAssignment& as
     put(MPPField::assignmentActualWork, figures[2]);
     encodeMPPNumber(figures[3], bytes.subspan(kWorkAgainOffset));
     put(MPPField::assignmentRemainingWork, figures[4]);
-    const std::optional<TVDate> start = wallClock(assignment.startDate);
+    const std::optional<TVDate> start = KVMPPData::wallClock(assignment.startDate);
     put(MPPField::assignmentStart, start);
-    put(MPPField::assignmentFinish, wallClock(assignment.finishDate));
+    put(MPPField::assignmentFinish, KVMPPData::wallClock(assignment.finishDate));
     for (size_t offset : kStartAgainOffsets) {
         encodeMPPTimestamp(start, bytes.subspan(offset));
     }

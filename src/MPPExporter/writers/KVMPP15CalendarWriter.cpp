@@ -58,12 +58,7 @@ void appendNumber(uint32_t value, std::vector<uint8_t>& bytes) {
 void appendDate(std::optional<TVDate> date, std::vector<uint8_t>& bytes) {
     const size_t at = bytes.size();
     bytes.resize(at + kMPPDateSize);
-    encodeMPPDate(date ? std::optional(KVMPPData::wallClock(*date)) : std::nullopt,
-                  std::span<uint8_t>(bytes).subspan(at, kMPPDateSize));
-}
-
-std::optional<TVDate> wallClock(std::optional<TVDate> date) {
-    return date ? std::optional(KVMPPData::wallClock(*date)) : std::nullopt;
+    encodeMPPDate(KVMPPData::wallClock(date), std::span<uint8_t>(bytes).subspan(at, kMPPDateSize));
 }
 
 } // namespace
@@ -238,7 +233,7 @@ std::vector<uint8_t> KVMPP15CalendarWriter::calendarData(const KVMPPCalendar& ca
     appendNumber(static_cast<uint32_t>(calendar.exceptions.size()), bytes);
     for (const KVMPPCalendarException& exception : calendar.exceptions) {
         const std::vector<uint8_t> record = MPPCalendarDataBlock::encodeSingleException(
-            layout, wallClock(exception.startDate), wallClock(exception.endDate),
+            layout, KVMPPData::wallClock(exception.startDate), KVMPPData::wallClock(exception.endDate),
             recordRanges(exception.workRanges), m_exceptionCounter++,
             utf16FromUTF8(exception.name.value_or("")));
         bytes.insert(bytes.end(), record.begin(), record.end());

@@ -97,10 +97,6 @@ int64_t workMicroseconds(double stored) {
                               : static_cast<int64_t>(value);
 }
 
-std::optional<TVDate> wallClock(std::optional<TVDate> date) {
-    return date ? std::optional(KVMPPData::wallClock(*date)) : std::nullopt;
-}
-
 // The ranges of the sheet position table: from n, shift and constant.
 struct PositionRange {
     uint64_t from;
@@ -340,8 +336,10 @@ void KVMPP15ResourceWriter::writeResourceFixedData(const KVMPPResource& resource
                     bytes.subspan(kRemainingWorkOffset));
     encodeMPPNumber(converted(resource.work), bytes.subspan(kConvertedWorkOffset));
     encodeMPPNumber(isDefault ? kDefaultRecordMark : kResourceRecordMark, bytes.subspan(kRecordMarkOffset));
-    put(MPPField::resourceAvailableFrom, isDefault ? std::nullopt : wallClock(resource.getAvailableFrom()));
-    put(MPPField::resourceAvailableTo, isDefault ? std::nullopt : wallClock(resource.getAvailableTo()));
+    put(MPPField::resourceAvailableFrom,
+        isDefault ? std::nullopt : KVMPPData::wallClock(resource.getAvailableFrom()));
+    put(MPPField::resourceAvailableTo,
+        isDefault ? std::nullopt : KVMPPData::wallClock(resource.getAvailableTo()));
     for (size_t offset : kRateFormatOffsets) {
         encodeMPPNumber(uint16_t{2}, bytes.subspan(offset));
     }

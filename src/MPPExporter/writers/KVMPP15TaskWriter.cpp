@@ -106,10 +106,6 @@ int64_t percent(double fraction) {
     return truncatedMPPInteger<int64_t>(std::round(fraction * 100.0));
 }
 
-std::optional<TVDate> wallClock(std::optional<TVDate> date) {
-    return date ? std::optional(KVMPPData::wallClock(*date)) : std::nullopt;
-}
-
 bool anyBaseline(const KVMPPTask& task) {
     return !task.baselines.empty() || task.baseline0.has_value();
 }
@@ -369,8 +365,8 @@ void KVMPP15TaskWriter::doWriteVarElements(uint32_t id, const KVMPPTask& task, b
         }
         writeFieldElement(id, MPPField::taskBaselineDuration,
                           truncatedMPPInteger<int64_t>(saved.duration / 6.0));
-        writeFieldElement(id, MPPField::taskBaselineStart, wallClock(saved.start));
-        writeFieldElement(id, MPPField::taskBaselineFinish, wallClock(saved.finish));
+        writeFieldElement(id, MPPField::taskBaselineStart, KVMPPData::wallClock(saved.start));
+        writeFieldElement(id, MPPField::taskBaselineFinish, KVMPPData::wallClock(saved.finish));
     }
     for (uint32_t type : kZeroElementTypes) {
         writeEmptyElement(id, type, 8);
@@ -393,8 +389,8 @@ void KVMPP15TaskWriter::doWriteVarElements(uint32_t id, const KVMPPTask& task, b
         closeElement();
     }
     if (!isProject && task.preleveledStart && task.preleveledFinish) {
-        writeFieldElement(id, MPPField::taskPreLeveledStart, wallClock(task.preleveledStart));
-        writeFieldElement(id, MPPField::taskPreLeveledFinish, wallClock(task.preleveledFinish));
+        writeFieldElement(id, MPPField::taskPreLeveledStart, KVMPPData::wallClock(task.preleveledStart));
+        writeFieldElement(id, MPPField::taskPreLeveledFinish, KVMPPData::wallClock(task.preleveledFinish));
     }
     for (uint32_t type : kClosingTypes) {
         writeIntegerElement(id, type, 0xFFFFFFFF);
@@ -467,7 +463,7 @@ void KVMPP15TaskWriter::writeTaskFixedData(const KVMPPTask& task, bool isProject
     putField(bytes, fixed, MPPField::taskFixedCost, task.fixedCost);
     putField(bytes, fixed, MPPField::taskRemainingCost, task.remainingCost);
     putField(bytes, fixed, MPPField::taskConstraintType, int64_t{task.constraintType});
-    putField(bytes, fixed, MPPField::taskConstraintDate, wallClock(task.constraintDate));
+    putField(bytes, fixed, MPPField::taskConstraintDate, KVMPPData::wallClock(task.constraintDate));
     encodeMPPDuration(microseconds(task.levelingDelay), bytes.subspan(kLevelingDelayOffset));
     putField(bytes, fixed, MPPField::taskPriority, static_cast<int64_t>(task.priority));
     encodeMPPDuration(microseconds(task.actualDuration), bytes.subspan(kActualDurationOffset));
@@ -475,8 +471,8 @@ void KVMPP15TaskWriter::writeTaskFixedData(const KVMPPTask& task, bool isProject
     encodeMPPDuration(microseconds(task.remainingDuration), bytes.subspan(kRemainingDurationOffset));
     putField(bytes, fixed, MPPField::taskPercentComplete, percent(task.percentComplete));
     putField(bytes, fixed, MPPField::taskPercentWorkComplete, percent(task.workPercentComplete));
-    const std::optional<TVDate> start = wallClock(task.startDate);
-    const std::optional<TVDate> finish = wallClock(task.endDate);
+    const std::optional<TVDate> start = KVMPPData::wallClock(task.startDate);
+    const std::optional<TVDate> finish = KVMPPData::wallClock(task.endDate);
     for (MPPField field : {MPPField::taskScheduledStart, MPPField::taskStart, MPPField::taskEarlyStart,
                            MPPField::taskLateStart}) {
         putField(bytes, fixed, field, start);
@@ -487,7 +483,7 @@ void KVMPP15TaskWriter::writeTaskFixedData(const KVMPPTask& task, bool isProject
     }
     putField(bytes, fixed, MPPField::taskActualStart, task.actualDuration > 0 ? start : std::nullopt);
     putField(bytes, fixed, MPPField::taskActualFinish, std::optional<TVDate>());
-    encodeMPPTimestamp(wallClock(task.createDate), bytes.subspan(kCreatedOffset));
+    encodeMPPTimestamp(KVMPPData::wallClock(task.createDate), bytes.subspan(kCreatedOffset));
     for (size_t offset : kNullDateOffsets) {
         encodeMPPTimestamp(std::nullopt, bytes.subspan(offset));
     }
@@ -499,7 +495,7 @@ void KVMPP15TaskWriter::writeTaskFixedData(const KVMPPTask& task, bool isProject
     putField(bytes, fixed, MPPField::taskEstimated, task.estimated);
     putField(bytes, fixed, MPPField::taskFixedCostAccrual, int64_t{task.getFixedCostAccrual()});
     putField(bytes, fixed, MPPField::taskOutlineLevel, isProject ? int64_t{0} : depth(task));
-    encodeMPPTimestamp(wallClock(task.preleveledStart), bytes.subspan(kPreleveledStartOffset));
+    encodeMPPTimestamp(KVMPPData::wallClock(task.preleveledStart), bytes.subspan(kPreleveledStartOffset));
     encodeMPPHundredths(task.baseline0 ? task.baseline0->fixedCost : 0.0,
                         bytes.subspan(kBaselineFixedCostOffset));
     m_fixedData->startNewElement();

@@ -12,7 +12,6 @@ namespace {
 
 constexpr size_t kInitialCapacity = 512;
 constexpr size_t kGUIDSize = 16;
-constexpr double kSecondsPerDay = 86400.0;
 constexpr double kSecondsPerTenthOfMinute = 6.0;
 
 // 1984-01-12 08:00:00 as a UTC instant; the special dates count from its wall clock.
@@ -217,9 +216,13 @@ TVDate KVMPPData::wallClock(TVDate date) {
     return date.addingSeconds(TVTimeZone::systemTimeZone().secondsFromGMT(date));
 }
 
+std::optional<TVDate> KVMPPData::wallClock(std::optional<TVDate> date) {
+    return date ? std::optional(wallClock(*date)) : std::nullopt;
+}
+
 void KVMPPData::writeDate(std::optional<TVDate> date) {
     std::array<uint8_t, kMPPTimestampSize> bytes{};
-    encodeMPPTimestamp(date ? std::optional(wallClock(*date)) : std::nullopt, bytes);
+    encodeMPPTimestamp(wallClock(date), bytes);
     append(bytes);
 }
 
@@ -237,7 +240,7 @@ void KVMPPData::writeSpecialDate(std::optional<TVDate> date) {
 
 void KVMPPData::writeDaysFromDate(std::optional<TVDate> date) {
     std::array<uint8_t, kMPPDateSize> bytes{};
-    encodeMPPDate(date ? std::optional(wallClock(*date)) : std::nullopt, bytes);
+    encodeMPPDate(wallClock(date), bytes);
     append(bytes);
 }
 

@@ -74,6 +74,7 @@ public:
     // The wall clock of `date` in the system zone, as a UTC instant: the form in which MPP streams
     // hold dates.
     static TVDate wallClock(TVDate date);
+    static std::optional<TVDate> wallClock(std::optional<TVDate> date);
 
 private:
     void append(std::span<const uint8_t> bytes);

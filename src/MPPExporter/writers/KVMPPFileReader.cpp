@@ -9,7 +9,6 @@
 #include "MPPImporter/format/MPPFormatConstants.h"
 
 namespace {
-constexpr const char* kRootEntryName = "Root Entry";
 constexpr const char* kFormat14 = "MSProject.MPP14";
 } // namespace
 

@@ -3,10 +3,7 @@
 #include "MPPCommon/storage/SSLRoot.h"
 #include "MPPCommon/storage/SSLStorage.h"
 #include "MPPCommon/storage/SSLTypes.h"
-
-namespace {
-constexpr const char* kRootEntryName = "Root Entry";
-}
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 KVMPPFileWriter::KVMPPFileWriter(std::string mppFilePath) : m_mppFilePath(std::move(mppFilePath)) {}
 

@@ -3,7 +3,7 @@
 namespace {
 constexpr uint64_t kElementHeaderSize = 12;
 constexpr uint64_t kElementSizeAgainOffset = 8;
-constexpr uint64_t kCountOffset = 12;
+constexpr uint64_t kElementCountOffset = 12;
 } // namespace
 
 KVMPPProps::KVMPPProps(uint32_t magicInt) : m_magicInt(magicInt) {}
@@ -21,7 +21,7 @@ void KVMPPProps::close() {
     const auto size = static_cast<uint32_t>(cumulativeDataSize() - 4);
     writeInteger(size, 0);
     writeInteger(size, 4);
-    write2ByteInteger(static_cast<uint16_t>(elementsCount()), kCountOffset);
+    write2ByteInteger(static_cast<uint16_t>(elementsCount()), kElementCountOffset);
     m_closed = true;
 }
 

@@ -5,7 +5,7 @@
 namespace {
 
 // The low half marks a deleted task (2 or 6); the high half may hold anything then.
-bool holdsNoTaskObject(int32_t metaFirstField) {
+bool holdsNoMPP9TaskObject(int32_t metaFirstField) {
     const int32_t mark = metaFirstField & 0xFFFF;
     return mark == 2 || mark == 6;
 }
@@ -21,5 +21,5 @@ const KVMSPIMPP9PropertyList& KVMSPIMPP9PropertyList::shared() {
 }
 
 KVMSPIMPPPropertyList::TaskUIDRules KVMSPIMPP9PropertyList::taskUIDRules() const {
-    return {holdsNoTaskObject, 8, "MSPIMPP9PropertyList.taskUIDFromStream"};
+    return {holdsNoMPP9TaskObject, 8, "MSPIMPP9PropertyList.taskUIDFromStream"};
 }

@@ -20,6 +20,8 @@ inline constexpr const char* kDataPropsStreamName = "Props";
 
 // Streams at the root, the same in every version; their names begin with a control character.
 inline constexpr const char* kCompObjFileName = "\001CompObj";
+// The name under which a plan file lists its root storage.
+inline constexpr const char* kRootEntryName = "Root Entry";
 inline constexpr const char* kSummaryInfoFileName = "\005SummaryInformation";
 inline constexpr const char* kDocSummaryInfoFileName = "\005DocumentSummaryInformation";
 

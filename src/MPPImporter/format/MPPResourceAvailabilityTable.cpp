@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr size_t kCountSize = 2;
+constexpr size_t kRowCountSize = 2;
 constexpr size_t kFirstRowOffset = 12;
 constexpr size_t kRowSize = 20;
 constexpr size_t kStartSize = 4;
@@ -16,7 +16,7 @@ constexpr double kStoredUnitsDivisor = 100.0;
 } // namespace
 
 void MPPResourceAvailabilityTable::appendPeriods(std::vector<MPPResourceAvailabilityPeriod>& periods) const {
-    if (m_size < kCountSize) {
+    if (m_size < kRowCountSize) {
         return;
     }
     const int32_t count = memReadShort(m_bytes, 0);

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr size_t kCountSize = 2;
+constexpr size_t kRecordCountSize = 2;
 constexpr size_t kFirstRecordOffset = 40;
 constexpr size_t kRecordSize = 28;
 constexpr size_t kWorkOffsetInRecord = 4;
@@ -13,7 +13,7 @@ constexpr size_t kWorkOffsetInRecord = 4;
 
 std::vector<MPPTimephasedWorkRecord> MPPTimephasedWorkBlock::records() const {
     std::vector<MPPTimephasedWorkRecord> records;
-    if (m_size < kCountSize) {
+    if (m_size < kRecordCountSize) {
         return records;
     }
     const int32_t count = memReadShort(m_bytes, 0);

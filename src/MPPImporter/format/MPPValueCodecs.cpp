@@ -4,7 +4,6 @@
 
 namespace {
 
-constexpr int32_t kSecondsPerDay = 86400;
 constexpr int32_t kSecondsPerTenthOfMinute = 6;
 constexpr TVTimeSpan kMicrosecondsPerTenthOfMinute = 6 * kMicrosecondsPerSecond;
 constexpr double kMicrosecondsPerThousandthOfMinute = 60000.0;
@@ -80,8 +79,12 @@ void encodeMPPDuration(TVTimeSpan duration, MPPMutableBytes bytes) {
     encodeMPPNumber(static_cast<int32_t>(duration / kMicrosecondsPerTenthOfMinute), bytes);
 }
 
+TVTimeSpan mppWorkTimeSpan(double thousandthsOfMinute) {
+    return truncatedMPPInteger<TVTimeSpan>(thousandthsOfMinute * kMicrosecondsPerThousandthOfMinute);
+}
+
 TVTimeSpan decodeMPPWork(MPPConstBytes bytes) {
-    return static_cast<TVTimeSpan>(decodeMPPNumber<double>(bytes) * kMicrosecondsPerThousandthOfMinute);
+    return mppWorkTimeSpan(decodeMPPNumber<double>(bytes));
 }
 
 void encodeMPPWork(TVTimeSpan work, MPPMutableBytes bytes) {

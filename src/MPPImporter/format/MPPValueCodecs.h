@@ -91,6 +91,7 @@ void encodeMPPDuration(TVTimeSpan duration, MPPMutableBytes bytes);
 
 // Work: a double of thousandths of a minute, as microseconds truncated toward zero.
 inline constexpr size_t kMPPWorkSize = 8;
+TVTimeSpan mppWorkTimeSpan(double thousandthsOfMinute);
 TVTimeSpan decodeMPPWork(MPPConstBytes bytes);
 void encodeMPPWork(TVTimeSpan work, MPPMutableBytes bytes);
 

@@ -8,6 +8,7 @@
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/format/MPPResourceAvailabilityTable.h"
 #include "MPPImporter/format/MPPResourcePropertyKeys.h"
+#include "MPPImporter/format/MPPValueCodecs.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsAssignmentReader.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 #include "MPPImporter/readers/KVMSPIMPPResourceCustomFieldReader.h"
@@ -18,15 +19,6 @@
 #include <cmath>
 #include <optional>
 #include <unordered_map>
-
-namespace {
-
-// Work stored in thousandths of a minute, as a time span.
-TVTimeSpan workTimeSpan(double work) {
-    return static_cast<TVTimeSpan>(work * 3600000000.0 / 60000.0);
-}
-
-} // namespace
 
 KVMSPIMPPResourceReader::KVMSPIMPPResourceReader(std::unique_ptr<SSLStorage> directory, std::string name,
                                                  KVMSPIParentReader* parentReader)
@@ -137,7 +129,7 @@ bool KVMSPIMPPResourceReader::resourceWork(int32_t uid, TVTimeSpan& value, TVErr
     if (baseline == nullptr || !baseline->hasWork()) {
         return false;
     }
-    value = workTimeSpan(baseline->resourceWork());
+    value = mppWorkTimeSpan(baseline->resourceWork());
     return true;
 }
 

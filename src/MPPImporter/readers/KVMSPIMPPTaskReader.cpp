@@ -9,6 +9,7 @@
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/format/MPPTaskPropertyKeys.h"
+#include "MPPImporter/format/MPPValueCodecs.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 #include "MPPImporter/readers/KVMSPIMPPTaskCustomFieldReader.h"
 #include "MPPImporter/readers/KVMSPISingleExtendedAttribute.h"
@@ -23,11 +24,6 @@ constexpr uint8_t kHammockMark = 231;
 constexpr uint8_t kSplitHammockMark = 243;
 constexpr uint8_t kPreHammockMark = 191;
 constexpr uint8_t kPostHammockMark = 255;
-
-// Work in thousandths of a minute as a time span, truncated.
-TVTimeSpan workTimeSpan(double thousandthsOfMinute) {
-    return static_cast<TVTimeSpan>(thousandthsOfMinute * 3600000000.0 / 60000.0);
-}
 
 // The file's list is asked of the store's base, as the task layout isn't chosen yet.
 const KVMSPIMPPPropertyList& taskLayout(const KVMSPIMPPDataDirectoryReader& store) {
@@ -413,7 +409,7 @@ bool KVMSPIMPPTaskReader::taskWork(int32_t uid, TVTimeSpan& value, TVError* erro
     if (baseline == nullptr || !baseline->hasWork()) {
         return false;
     }
-    value = workTimeSpan(baseline->taskWork());
+    value = mppWorkTimeSpan(baseline->taskWork());
     return true;
 }
 

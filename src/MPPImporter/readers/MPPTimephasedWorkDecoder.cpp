@@ -6,7 +6,6 @@
 
 namespace {
 
-constexpr double kSecondsPerDay = 86400.0;
 // Every phase walks the calendar from the assignment's start through its offset and its work, at a
 // cost that grows with the working time walked. The phases of a sound block ask for far less working
 // time in all than this many times the span of an MPP date; a corrupt block that asks for more is cut

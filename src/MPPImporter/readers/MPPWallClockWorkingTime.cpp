@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr double kSecondsPerDay = 86400.0;
-
 // The midnight of the UTC day of an instant.
 double dayStart(TVDate date) {
     return std::floor(date.seconds / kSecondsPerDay) * kSecondsPerDay;

@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr size_t kSingleInputOutputSlot = 5;
-constexpr size_t kInputListOutputSlot = 6;
+constexpr size_t kExportSingleInputOutputSlot = 5;
+constexpr size_t kExportInputListOutputSlot = 6;
 
 } // namespace
 
@@ -57,11 +57,11 @@ FilterInvocation ExportDriver::checkArguments(const std::vector<std::string>& ar
                            TVFileURL(invocation.templatePath, true).absoluteString().c_str()));
     if (arguments[4] == "--input-list") {
         invocation.inputs = BatchListReader::readInputList(arguments[5]);
-        invocation.outputSlot = kInputListOutputSlot;
+        invocation.outputSlot = kExportInputListOutputSlot;
     } else {
         tvLog(stringWithFormat("### Export single file: \"%s\"", arguments[4].c_str()));
         invocation.inputs.push_back(arguments[4]);
-        invocation.outputSlot = kSingleInputOutputSlot;
+        invocation.outputSlot = kExportSingleInputOutputSlot;
     }
     return invocation;
 }

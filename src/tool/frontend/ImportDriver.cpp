@@ -12,8 +12,8 @@
 namespace {
 
 constexpr const char* kAcceptDowngradedFlag = "-accept-downgraded";
-constexpr size_t kSingleInputOutputSlot = 4;
-constexpr size_t kInputListOutputSlot = 5;
+constexpr size_t kImportSingleInputOutputSlot = 4;
+constexpr size_t kImportInputListOutputSlot = 5;
 
 } // namespace
 
@@ -63,11 +63,11 @@ FilterInvocation ImportDriver::checkArguments(const std::vector<std::string>& ar
                               stringWithFormat("Wrong arguments. %s", importerUsageB(processName).c_str()));
         }
         invocation.inputs = BatchListReader::readInputList(arguments[4]);
-        invocation.outputSlot = kInputListOutputSlot;
+        invocation.outputSlot = kImportInputListOutputSlot;
     } else {
         tvLog(stringWithFormat("### Import single file: \"%s\"", arguments[3].c_str()));
         invocation.inputs.push_back(arguments[3]);
-        invocation.outputSlot = kSingleInputOutputSlot;
+        invocation.outputSlot = kImportSingleInputOutputSlot;
     }
     return invocation;
 }

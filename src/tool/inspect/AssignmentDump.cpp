@@ -7,23 +7,23 @@
 
 namespace {
 
-using R = KVMSPIMPPAbsAssignmentReader;
+using AssignmentReader = KVMSPIMPPAbsAssignmentReader;
 
-void addFields(R& reader, int32_t uid, nlohmann::ordered_json& assignment) {
-    ReaderFieldDump<R, int32_t>(reader, assignment, uid)
-        .field("assignmentUID", &R::assignmentUID)
-        .field("assignmentTaskUID", &R::assignmentTaskUID)
-        .field("assignmentResourceUID", &R::assignmentResourceUID)
-        .field("assignmentUnits", &R::assignmentUnits)
-        .secondsField("assignmentWork", &R::assignmentWork)
-        .secondsField("assignmentActualWork", &R::assignmentActualWork)
-        .secondsField("assignmentRemainingWork", &R::assignmentRemainingWork)
-        .field("assignmentCost", &R::assignmentCost)
-        .field("assignmentStart", &R::assignmentStart)
-        .field("assignmentFinish", &R::assignmentFinish);
+void addAssignmentFields(AssignmentReader& reader, int32_t uid, nlohmann::ordered_json& assignment) {
+    ReaderFieldDump<AssignmentReader, int32_t>(reader, assignment, uid)
+        .field("assignmentUID", &AssignmentReader::assignmentUID)
+        .field("assignmentTaskUID", &AssignmentReader::assignmentTaskUID)
+        .field("assignmentResourceUID", &AssignmentReader::assignmentResourceUID)
+        .field("assignmentUnits", &AssignmentReader::assignmentUnits)
+        .secondsField("assignmentWork", &AssignmentReader::assignmentWork)
+        .secondsField("assignmentActualWork", &AssignmentReader::assignmentActualWork)
+        .secondsField("assignmentRemainingWork", &AssignmentReader::assignmentRemainingWork)
+        .field("assignmentCost", &AssignmentReader::assignmentCost)
+        .field("assignmentStart", &AssignmentReader::assignmentStart)
+        .field("assignmentFinish", &AssignmentReader::assignmentFinish);
 }
 
-nlohmann::ordered_json phases(const R& reader, int32_t uid) {
+nlohmann::ordered_json phases(const AssignmentReader& reader, int32_t uid) {
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
     const auto found = reader.assignmentTimephasedDataMap().find(uid);
     if (found == reader.assignmentTimephasedDataMap().end()) {
@@ -66,11 +66,11 @@ nlohmann::ordered_json assignmentBaselines(const R& reader, int32_t uid) {
 
 } // namespace
 
-nlohmann::ordered_json AssignmentDump::of(R& reader) {
+nlohmann::ordered_json AssignmentDump::of(AssignmentReader& reader) {
     nlohmann::ordered_json assignments = nlohmann::ordered_json::array();
     for (int32_t uid : reader.uniqueIDs()) {
         assignments.push_back(dumpObject(uid, [&](nlohmann::ordered_json& assignment) {
-            addFields(reader, uid, assignment);
+            addAssignmentFields(reader, uid, assignment);
             assignment["timephasedData"] = phases(reader, uid);
             assignment["assignmentBaselines"] = assignmentBaselines(reader, uid);
         }));

@@ -7,19 +7,19 @@
 
 namespace {
 
-using R = KVMSPIMPPAbsCalendarReader;
+using CalendarReader = KVMSPIMPPAbsCalendarReader;
 
 constexpr int32_t kSunday = 1;
 constexpr int32_t kSaturday = 7;
 
-void addFields(R& reader, int32_t uid, nlohmann::ordered_json& calendar) {
-    ReaderFieldDump<R, int32_t>(reader, calendar, uid)
-        .field("calendarUID", &R::calendarUID)
-        .field("calendarName", &R::calendarName)
-        .field("calendarIsBaseCalendar", &R::calendarIsBaseCalendar)
-        .field("calendarBaseCalendarUID", &R::calendarBaseCalendarUID)
-        .field("calendarResourceUID", &R::calendarResourceUID)
-        .field("calendarExceptionsCount", &R::calendarExceptionsCount);
+void addCalendarFields(CalendarReader& reader, int32_t uid, nlohmann::ordered_json& calendar) {
+    ReaderFieldDump<CalendarReader, int32_t>(reader, calendar, uid)
+        .field("calendarUID", &CalendarReader::calendarUID)
+        .field("calendarName", &CalendarReader::calendarName)
+        .field("calendarIsBaseCalendar", &CalendarReader::calendarIsBaseCalendar)
+        .field("calendarBaseCalendarUID", &CalendarReader::calendarBaseCalendarUID)
+        .field("calendarResourceUID", &CalendarReader::calendarResourceUID)
+        .field("calendarExceptionsCount", &CalendarReader::calendarExceptionsCount);
 }
 
 // Leaves the key out when `read` answers false.
@@ -38,7 +38,7 @@ void addWorkingTimes(nlohmann::ordered_json& object, const char* key,
 
 // The days that the calendar sets itself. A derived calendar's day that follows its base calendar is
 // left out, as the interchange file leaves it out: its working time is the base's.
-nlohmann::ordered_json weekDays(R& reader, int32_t uid) {
+nlohmann::ordered_json weekDays(CalendarReader& reader, int32_t uid) {
     nlohmann::ordered_json days = nlohmann::ordered_json::array();
     for (int32_t dayType = kSunday; dayType <= kSaturday; ++dayType) {
         bool followsBase = false;
@@ -46,10 +46,10 @@ nlohmann::ordered_json weekDays(R& reader, int32_t uid) {
             continue;
         }
         nlohmann::ordered_json day = {{"dayType", dayType}};
-        ReaderFieldDump<R, int32_t, int32_t>(reader, day, uid, dayType)
-            .field("calendarWeekDayDayWorking", &R::calendarWeekDayDayWorking)
-            .field("calendarWeekDayTimePeriodFromDate", &R::calendarWeekDayTimePeriodFromDate)
-            .field("calendarWeekDayTimePeriodToDate", &R::calendarWeekDayTimePeriodToDate);
+        ReaderFieldDump<CalendarReader, int32_t, int32_t>(reader, day, uid, dayType)
+            .field("calendarWeekDayDayWorking", &CalendarReader::calendarWeekDayDayWorking)
+            .field("calendarWeekDayTimePeriodFromDate", &CalendarReader::calendarWeekDayTimePeriodFromDate)
+            .field("calendarWeekDayTimePeriodToDate", &CalendarReader::calendarWeekDayTimePeriodToDate);
         addWorkingTimes(day, "calendarWeekDayWorkingTimes", [&](auto& ranges) {
             return reader.calendarWeekDayWorkingTimes(uid, dayType, ranges, nullptr);
         });
@@ -62,7 +62,7 @@ nlohmann::ordered_json optionalDate(const std::optional<TVDate>& date) {
     return date ? DumpValue::of(*date) : nlohmann::ordered_json();
 }
 
-nlohmann::ordered_json exception(R& reader, int32_t uid, int32_t index) {
+nlohmann::ordered_json exception(CalendarReader& reader, int32_t uid, int32_t index) {
     nlohmann::ordered_json object = {{"index", index}};
     int32_t type = 0;
     int32_t occurrenceCount = 0;
@@ -81,16 +81,17 @@ nlohmann::ordered_json exception(R& reader, int32_t uid, int32_t index) {
         }
     }
     object["calendarExceptionRecurrenceType"] = recurrence;
-    ReaderFieldDump<R, int32_t, int32_t>(reader, object, uid, index)
-        .field("calendarExceptionTimePeriodFromDate", &R::calendarExceptionTimePeriodFromDate)
-        .field("calendarExceptionTimePeriodToDate", &R::calendarExceptionTimePeriodToDate);
+    ReaderFieldDump<CalendarReader, int32_t, int32_t>(reader, object, uid, index)
+        .field("calendarExceptionTimePeriodFromDate", &CalendarReader::calendarExceptionTimePeriodFromDate)
+        .field("calendarExceptionTimePeriodToDate", &CalendarReader::calendarExceptionTimePeriodToDate);
     addWorkingTimes(object, "calendarExceptionWorkingTimes", [&](auto& ranges) {
         return reader.calendarExceptionWorkingTimes(uid, index, ranges, nullptr);
     });
     return object;
 }
 
-nlohmann::ordered_json exceptions(R& reader, int32_t uid, const nlohmann::ordered_json& calendar) {
+nlohmann::ordered_json exceptions(CalendarReader& reader, int32_t uid,
+                                  const nlohmann::ordered_json& calendar) {
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
     const int32_t count = calendar.value("calendarExceptionsCount", 0);
     for (int32_t index = 0; index < count; ++index) {
@@ -101,11 +102,11 @@ nlohmann::ordered_json exceptions(R& reader, int32_t uid, const nlohmann::ordere
 
 } // namespace
 
-nlohmann::ordered_json CalendarDump::of(R& reader) {
+nlohmann::ordered_json CalendarDump::of(CalendarReader& reader) {
     nlohmann::ordered_json calendars = nlohmann::ordered_json::array();
     for (int32_t uid : reader.uniqueIDs()) {
         calendars.push_back(dumpObject(uid, [&](nlohmann::ordered_json& calendar) {
-            addFields(reader, uid, calendar);
+            addCalendarFields(reader, uid, calendar);
             calendar["hasCalendarData"] = reader.hasCalendarDataForUID(uid);
             calendar["weekDays"] = weekDays(reader, uid);
             calendar["exceptions"] = exceptions(reader, uid, calendar);

@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr int64_t kSecondsPerDay = 86400;
 // 0001-01-01 and 10000-01-01 as seconds since 1970.
 constexpr double kFirstRenderedSecond = -62135596800.0;
 constexpr double kPastLastRenderedSecond = 253402300800.0;

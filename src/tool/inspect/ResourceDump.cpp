@@ -7,29 +7,29 @@
 
 namespace {
 
-using R = KVMSPIMPPAbsResourceReader;
+using ResourceReader = KVMSPIMPPAbsResourceReader;
 
 constexpr int32_t kBaselineCount = 11;
 
-void addFields(R& reader, int32_t uid, nlohmann::ordered_json& resource) {
-    ReaderFieldDump<R, int32_t>(reader, resource, uid)
-        .field("resourceUID", &R::resourceUID)
-        .field("resourceID", &R::resourceID)
-        .field("resourceName", &R::resourceName)
-        .field("resourceType", &R::resourceType)
-        .field("resourceIsCostResource", &R::resourceIsCostResource)
-        .field("resourceMaxUnits", &R::resourceMaxUnits)
-        .field("resourceStandardRate", &R::resourceStandardRate)
-        .field("resourceCostPerUse", &R::resourceCostPerUse)
-        .field("resourceCost", &R::resourceCost)
-        .field("resourceWork", &R::resourceWork)
-        .field("resourceAvailableFrom", &R::resourceAvailableFrom)
-        .field("resourceAvailableTo", &R::resourceAvailableTo)
-        .field("resourceEmailAddress", &R::resourceEmailAddress)
-        .field("resourceNotes", &R::resourceNotes);
+void addResourceFields(ResourceReader& reader, int32_t uid, nlohmann::ordered_json& resource) {
+    ReaderFieldDump<ResourceReader, int32_t>(reader, resource, uid)
+        .field("resourceUID", &ResourceReader::resourceUID)
+        .field("resourceID", &ResourceReader::resourceID)
+        .field("resourceName", &ResourceReader::resourceName)
+        .field("resourceType", &ResourceReader::resourceType)
+        .field("resourceIsCostResource", &ResourceReader::resourceIsCostResource)
+        .field("resourceMaxUnits", &ResourceReader::resourceMaxUnits)
+        .field("resourceStandardRate", &ResourceReader::resourceStandardRate)
+        .field("resourceCostPerUse", &ResourceReader::resourceCostPerUse)
+        .field("resourceCost", &ResourceReader::resourceCost)
+        .field("resourceWork", &ResourceReader::resourceWork)
+        .field("resourceAvailableFrom", &ResourceReader::resourceAvailableFrom)
+        .field("resourceAvailableTo", &ResourceReader::resourceAvailableTo)
+        .field("resourceEmailAddress", &ResourceReader::resourceEmailAddress)
+        .field("resourceNotes", &ResourceReader::resourceNotes);
 }
 
-nlohmann::ordered_json availability(R& reader, int32_t uid) {
+nlohmann::ordered_json availability(ResourceReader& reader, int32_t uid) {
     std::vector<MPPResourceAvailabilityPeriod> periods;
     reader.resourceAvailability(uid, periods, nullptr);
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
@@ -61,11 +61,11 @@ nlohmann::ordered_json resourceBaselines(const R& reader, int32_t uid) {
 
 } // namespace
 
-nlohmann::ordered_json ResourceDump::of(R& reader) {
+nlohmann::ordered_json ResourceDump::of(ResourceReader& reader) {
     nlohmann::ordered_json resources = nlohmann::ordered_json::array();
     for (int32_t uid : reader.uniqueIDs()) {
         resources.push_back(dumpObject(uid, [&](nlohmann::ordered_json& resource) {
-            addFields(reader, uid, resource);
+            addResourceFields(reader, uid, resource);
             resource["resourceAvailability"] = availability(reader, uid);
             resource["hasBaseline"] = numberedFlags(0, kBaselineCount - 1, [&](int32_t index, bool& value) {
                 return reader.hasBaseline(uid, index, value, nullptr);

@@ -10,64 +10,64 @@
 
 namespace {
 
-using R = KVMSPIMPPAbsTaskReader;
+using TaskReader = KVMSPIMPPAbsTaskReader;
 
 constexpr int32_t kFlagCount = 20;
 constexpr int32_t kBaselineCount = 11;
 
-void addFields(R& reader, int32_t uid, nlohmann::ordered_json& task) {
-    ReaderFieldDump<R, int32_t>(reader, task, uid)
-        .field("taskUID", &R::taskUID)
-        .field("taskID", &R::taskID)
-        .field("taskName", &R::taskName)
-        .field("taskIsNull", &R::taskIsNull)
-        .field("taskSummary", &R::taskSummary)
-        .field("taskOutlineLevel", &R::taskOutlineLevel)
-        .field("taskParentUID", &R::taskParentUID)
-        .field("taskType", &R::taskType)
-        .field("taskPriority", &R::taskPriority)
-        .field("taskStart", &R::taskStart)
-        .field("taskFinish", &R::taskFinish)
-        .field("taskDuration", &R::taskDuration)
-        .field("taskWork", &R::taskWork)
-        .field("taskCost", &R::taskCost)
-        .field("taskTotalCost", &R::taskTotalCost)
-        .field("taskActualCost", &R::taskActualCost)
-        .field("taskRemainingCost", &R::taskRemainingCost)
-        .field("taskFixedCost", &R::taskFixedCost)
-        .field("taskFixedCostAccrual", &R::taskFixedCostAccrual)
-        .field("taskActualWork", &R::taskActualWork)
-        .field("taskRemainingWork", &R::taskRemainingWork)
-        .field("taskPercentComplete", &R::taskPercentComplete)
-        .field("taskPercentWorkComplete", &R::taskPercentWorkComplete)
-        .field("taskConstraintType", &R::taskConstraintType)
-        .field("taskConstraintDate", &R::taskConstraintDate)
-        .field("taskEarlyStart", &R::taskEarlyStart)
-        .field("taskEarlyFinish", &R::taskEarlyFinish)
-        .field("taskLateStart", &R::taskLateStart)
-        .field("taskLateFinish", &R::taskLateFinish)
-        .field("taskActualStart", &R::taskActualStart)
-        .field("taskActualFinish", &R::taskActualFinish)
-        .field("taskScheduledStart", &R::taskScheduledStart)
-        .field("taskScheduledFinish", &R::taskScheduledFinish)
-        .field("taskManualStart", &R::taskManualStart)
-        .field("taskManualFinish", &R::taskManualFinish)
-        .field("taskPreLeveledStart", &R::taskPreLeveledStart)
-        .field("taskPreLeveledFinish", &R::taskPreLeveledFinish)
-        .field("taskPinnedStart", &R::taskPinnedStart)
-        .field("taskPinnedFinish", &R::taskPinnedFinish)
-        .field("taskPinnedDuration", &R::taskPinnedDuration)
-        .field("taskEstimated", &R::taskEstimated)
-        .field("taskEffortDriven", &R::taskEffortDriven)
-        .field("taskMilestone", &R::taskMilestone)
-        .field("taskExpanded", &R::taskExpanded)
-        .field("taskManual", &R::taskManual)
-        .field("taskHammock", &R::taskHammock)
-        .field("taskPreHammock", &R::taskPreHammock)
-        .field("taskPostHammock", &R::taskPostHammock)
-        .field("taskOleLink", &R::taskOleLink)
-        .field("taskOleLinkMeta", &R::taskOleLinkMeta)
-        .field("taskNotes", &R::taskNotes);
+void addTaskFields(TaskReader& reader, int32_t uid, nlohmann::ordered_json& task) {
+    ReaderFieldDump<TaskReader, int32_t>(reader, task, uid)
+        .field("taskUID", &TaskReader::taskUID)
+        .field("taskID", &TaskReader::taskID)
+        .field("taskName", &TaskReader::taskName)
+        .field("taskIsNull", &TaskReader::taskIsNull)
+        .field("taskSummary", &TaskReader::taskSummary)
+        .field("taskOutlineLevel", &TaskReader::taskOutlineLevel)
+        .field("taskParentUID", &TaskReader::taskParentUID)
+        .field("taskType", &TaskReader::taskType)
+        .field("taskPriority", &TaskReader::taskPriority)
+        .field("taskStart", &TaskReader::taskStart)
+        .field("taskFinish", &TaskReader::taskFinish)
+        .field("taskDuration", &TaskReader::taskDuration)
+        .field("taskWork", &TaskReader::taskWork)
+        .field("taskCost", &TaskReader::taskCost)
+        .field("taskTotalCost", &TaskReader::taskTotalCost)
+        .field("taskActualCost", &TaskReader::taskActualCost)
+        .field("taskRemainingCost", &TaskReader::taskRemainingCost)
+        .field("taskFixedCost", &TaskReader::taskFixedCost)
+        .field("taskFixedCostAccrual", &TaskReader::taskFixedCostAccrual)
+        .field("taskActualWork", &TaskReader::taskActualWork)
+        .field("taskRemainingWork", &TaskReader::taskRemainingWork)
+        .field("taskPercentComplete", &TaskReader::taskPercentComplete)
+        .field("taskPercentWorkComplete", &TaskReader::taskPercentWorkComplete)
+        .field("taskConstraintType", &TaskReader::taskConstraintType)
+        .field("taskConstraintDate", &TaskReader::taskConstraintDate)
+        .field("taskEarlyStart", &TaskReader::taskEarlyStart)
+        .field("taskEarlyFinish", &TaskReader::taskEarlyFinish)
+        .field("taskLateStart", &TaskReader::taskLateStart)
+        .field("taskLateFinish", &TaskReader::taskLateFinish)
+        .field("taskActualStart", &TaskReader::taskActualStart)
+        .field("taskActualFinish", &TaskReader::taskActualFinish)
+        .field("taskScheduledStart", &TaskReader::taskScheduledStart)
+        .field("taskScheduledFinish", &TaskReader::taskScheduledFinish)
+        .field("taskManualStart", &TaskReader::taskManualStart)
+        .field("taskManualFinish", &TaskReader::taskManualFinish)
+        .field("taskPreLeveledStart", &TaskReader::taskPreLeveledStart)
+        .field("taskPreLeveledFinish", &TaskReader::taskPreLeveledFinish)
+        .field("taskPinnedStart", &TaskReader::taskPinnedStart)
+        .field("taskPinnedFinish", &TaskReader::taskPinnedFinish)
+        .field("taskPinnedDuration", &TaskReader::taskPinnedDuration)
+        .field("taskEstimated", &TaskReader::taskEstimated)
+        .field("taskEffortDriven", &TaskReader::taskEffortDriven)
+        .field("taskMilestone", &TaskReader::taskMilestone)
+        .field("taskExpanded", &TaskReader::taskExpanded)
+        .field("taskManual", &TaskReader::taskManual)
+        .field("taskHammock", &TaskReader::taskHammock)
+        .field("taskPreHammock", &TaskReader::taskPreHammock)
+        .field("taskPostHammock", &TaskReader::taskPostHammock)
+        .field("taskOleLink", &TaskReader::taskOleLink)
+        .field("taskOleLinkMeta", &TaskReader::taskOleLinkMeta)
+        .field("taskNotes", &TaskReader::taskNotes);
 }
 
 nlohmann::ordered_json predecessors(const KVMSPIMPPAbsConstraintReader* constraints, int32_t uid) {
@@ -90,11 +90,11 @@ nlohmann::ordered_json predecessors(const KVMSPIMPPAbsConstraintReader* constrai
 
 } // namespace
 
-nlohmann::ordered_json TaskDump::of(R& reader, const KVMSPIMPPAbsConstraintReader* constraints) {
+nlohmann::ordered_json TaskDump::of(TaskReader& reader, const KVMSPIMPPAbsConstraintReader* constraints) {
     nlohmann::ordered_json tasks = nlohmann::ordered_json::array();
     for (int32_t uid : reader.uniqueIDs()) {
         tasks.push_back(dumpObject(uid, [&](nlohmann::ordered_json& task) {
-            addFields(reader, uid, task);
+            addTaskFields(reader, uid, task);
             task["taskFlag"] = numberedFlags(1, kFlagCount, [&](int32_t flag, bool& value) {
                 return reader.taskFlag(flag, uid, value, nullptr);
             });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MPPCommon/date/TVTimeZone.h"
+#include "MPPCommon/support/TVDate.h"
 
 #include <cstdlib>
 #include <ctime>
@@ -60,6 +61,20 @@ inline TVDate utcInstant(int year, int month, int day, int hour = 0, int minute 
 inline TVDate localInstant(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
     std::tm fields = calendarFields(year, month, day, hour, minute, second);
     return TVDate{static_cast<double>(std::mktime(&fields))};
+}
+
+// An hour as a time span.
+inline constexpr TVTimeSpan kHour = 3600 * kMicrosecondsPerSecond;
+
+// The instant that an MPP stream holds as a day count and tenths of a minute.
+inline TVDate mppDate(int day, int tenthsOfMinute) {
+    return getMPPEpoch().addingSeconds(day * 86400.0 + tenthsOfMinute * 6.0);
+}
+
+// A wall clock of February 2026 in the system zone, clear of daylight-saving changes: Monday the 2nd
+// to Sunday the 8th, then Monday the 9th.
+inline TVDate february(int day, int hour = 0, int minute = 0, int second = 0) {
+    return localInstant(2026, 2, day, hour, minute, second);
 }
 
 // The system zone's offset from GMT at an instant, as the C library sees it.

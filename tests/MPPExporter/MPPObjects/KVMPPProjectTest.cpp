@@ -7,11 +7,6 @@
 
 namespace {
 
-// Wall clocks of February 2026: Monday the 2nd to Friday the 6th, then Monday the 9th.
-TVDate february(int day, int hour, int minute = 0) {
-    return localInstant(2026, 2, day, hour, minute);
-}
-
 KVMPPExtendedAttribute attribute(const char* alias, const char* value) {
     KVMPPExtendedAttribute result;
     result.alias = alias;

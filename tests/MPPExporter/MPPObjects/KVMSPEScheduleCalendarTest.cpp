@@ -15,12 +15,6 @@ const KVMSPEScheduleCalendar& standard() {
     return KVMSPEScheduleCalendar::standardCalendar();
 }
 
-// Wall clocks of February 2026, clear of daylight-saving changes: Monday the 2nd to Sunday the 8th,
-// then Monday the 9th.
-TVDate february(int day, int hour, int minute = 0) {
-    return localInstant(2026, 2, day, hour, minute);
-}
-
 std::optional<TVDate> snapped(TVDate date, bool forward) {
     TVDate result;
     return standard().startDate(&result, date, forward) ? std::optional(result) : std::nullopt;

@@ -17,11 +17,6 @@ const std::string kAdvanceWarning = "WARINING: Custom Calendars not supported to
 const std::string kWorkingDayWarning = "WARINING: Custom Calendars not supported to determine working days "
                                        "yet. Standard propject Calendar will be used instead.";
 
-// February 2026: Friday the 6th, the weekend, Monday the 9th; no daylight-saving change near.
-TVDate february(int day, int hour, int minute = 0) {
-    return localInstant(2026, 2, day, hour, minute);
-}
-
 // Works every hour of every day, so that any use of it instead of the standard calendar shows.
 KVMSPEScheduleCalendar roundTheClockCalendar() {
     KVMSPEScheduleCalendar calendar;

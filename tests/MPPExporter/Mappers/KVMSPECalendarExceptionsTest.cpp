@@ -10,11 +10,6 @@
 
 namespace {
 
-// Wall clocks of February 2026, clear of daylight-saving changes: Monday the 2nd to Sunday the 8th.
-TVDate february(int day, int hour = 0, int minute = 0, int second = 0) {
-    return localInstant(2026, 2, day, hour, minute, second);
-}
-
 std::string tvnx(TVDate date) {
     return *KVMSPIUtilities::mppToTvnxDateTime(date);
 }

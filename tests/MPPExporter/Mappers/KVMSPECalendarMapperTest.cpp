@@ -3,6 +3,7 @@
 #include "MPPCommon/date/DateTestSupport.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
+#include "MPPExporter/ExportBundleText.h"
 #include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 
 #include <gtest/gtest.h>
@@ -11,10 +12,7 @@ namespace {
 
 using ElementPtr = KVMSPCXMLElement::ElementPtr;
 
-// Wall clocks of February 2026: Monday the 2nd to Sunday the 8th.
-std::string february(int day, int hour = 0) {
-    return *KVMSPIUtilities::mppToTvnxDateTime(localInstant(2026, 2, day, hour));
-}
+using exportbundle::februaryText;
 
 // A scenario's resources mapped as the project mapping walks them: the top resource "r-1" first,
 // then each `child-resource` under its parent, depth first.
@@ -157,13 +155,14 @@ TEST(KVMSPECalendarMapperTest, NestedSchedulesBecomeBaseCopiesAndCalendarsDerive
 TEST(KVMSPECalendarMapperTest, EventsBecomeExceptionsThatFlatCopiesInheritFromTheNearestAncestor) {
     const MappedScenario scenario(
         "<resource id='r-1'><schedule><calendar name='Overtime' overtime='yes'><event start='" +
-        february(7, 9) + "' end='" + february(7, 12) +
-        "'/></calendar><calendar name='Time&#10;Off' overtime='no'><event start='" + february(3, 10) +
-        "' end='" + february(3, 11) + "'/><event start='" + february(7, 12) + "' end='" + february(7, 23) +
+        februaryText(7, 9) + "' end='" + februaryText(7, 12) +
+        "'/></calendar><calendar name='Time&#10;Off' overtime='no'><event start='" + februaryText(3, 10) +
+        "' end='" + februaryText(3, 11) + "'/><event start='" + februaryText(7, 12) + "' end='" +
+        februaryText(7, 23) +
         "'/></calendar></schedule><child-resource idref='r5'/></resource>"
         "<resource id='r5'><type>Group</type><child-resource idref='r6'/></resource>"
         "<resource id='r6'><schedule><calendar overtime=''><event start='" +
-        february(4) + "' end='" + february(5) + "'/></calendar></schedule></resource>");
+        februaryText(4) + "' end='" + februaryText(5) + "'/></calendar></schedule></resource>");
     // Time off with hours blocks the whole day, with a warning, unless an overtime exception holds the
     // same days; a calendar without name is overtime's.
     EXPECT_NE(
@@ -183,11 +182,11 @@ TEST(KVMSPECalendarMapperTest, TheExtendedFormatTakesFlattenedDaysAndBlanksTheDa
         "<resource id='r-1'><schedule><schedule-day day-of-week='monday'/>"
         "<flattened-schedule-day day-of-week='sunday'><time-span start-time='3600' end-time='7200'/>"
         "</flattened-schedule-day><flattened-schedule-day date='" +
-        february(7) +
+        februaryText(7) +
         "'><time-span start-time='36000' end-time='39600'/></flattened-schedule-day>"
         "<flattened-schedule-day date='" +
-        february(9) + "'/><calendar overtime='yes'><event start='" + february(2, 9) + "' end='" +
-        february(2, 12) + "'/></calendar></schedule></resource>");
+        februaryText(9) + "'/><calendar overtime='yes'><event start='" + februaryText(2, 9) + "' end='" +
+        februaryText(2, 12) + "'/></calendar></schedule></resource>");
     EXPECT_EQ(scenario.calendar(1),
               "Standard base key=-1: sun=01:00-02:00 mon=08:00-12:00,13:00-17:00 tue=08:00-12:00,13:00-17:00 "
               "wed=08:00-12:00,13:00-17:00 thu=08:00-12:00,13:00-17:00 fri=08:00-12:00,13:00-17:00 sat=off"

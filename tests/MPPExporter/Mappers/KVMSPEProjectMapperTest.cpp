@@ -14,7 +14,8 @@
 
 namespace {
 
-using json = nlohmann::ordered_json;
+using OrderedJSON = nlohmann::ordered_json;
+using exportbundle::februaryText;
 using exportbundle::scenario;
 
 KVMSPCXMLDocument::DocumentPtr document(const std::string& text) {
@@ -25,13 +26,13 @@ KVMSPCXMLDocument::DocumentPtr document(const std::string& text) {
 }
 
 // The plan that a scenario maps to, as the model printout shows it; `baselines` more scenarios.
-json mapped(const std::string& scenarioText, size_t baselines = 0) {
+OrderedJSON mapped(const std::string& scenarioText, size_t baselines = 0) {
     tvSetLogSink([](const std::string&) {});
     KVMSPEMapper mapper(document(scenarioText), document(exportbundle::tableOfContents()),
                         std::vector<KVMSPEMapper::DocumentPtr>(baselines, document(scenarioText)), {});
     mapper.map();
     tvSetLogSink({});
-    return mapper.mppProject() ? MPPProjectJSON::projectToJSON(*mapper.mppProject()) : json();
+    return mapper.mppProject() ? MPPProjectJSON::projectToJSON(*mapper.mppProject()) : OrderedJSON();
 }
 
 std::string mappingFailure(const std::string& scenarioText) {
@@ -45,20 +46,14 @@ std::string mappingFailure(const std::string& scenarioText) {
 }
 
 // The task of the printout with a title.
-json taskTitled(const json& project, const std::string& title) {
-    for (const json& task : project["tasks"]) {
+OrderedJSON taskTitled(const OrderedJSON& project, const std::string& title) {
+    for (const OrderedJSON& task : project["tasks"]) {
         if (task["title"] == title) {
             return task;
         }
     }
     ADD_FAILURE() << "no task " << title;
-    return json();
-}
-
-// A wall clock of February 2026 in the system zone, as the bundle states it and as the printout shows
-// it. Working minutes between dates are counted on wall clocks.
-std::string february(int day, int hour) {
-    return *KVMSPIUtilities::mppToTvnxDateTime(localInstant(2026, 2, day, hour));
+    return OrderedJSON();
 }
 
 std::string printed(int day, int hour) {
@@ -80,7 +75,7 @@ std::string prerequisite(const std::string& attributes, const std::string& conte
 TEST(KVMSPEProjectMapperTest, TaskTablesThroughTheModel) {
     const std::string monday = "2026-02-02T08:00:00Z";
     const std::string friday = "2026-02-06T17:00:00Z";
-    const json project = mapped(scenario(
+    const OrderedJSON project = mapped(scenario(
         {"t1", "t2", "t3", "t4", "t8"},
         task("t1", "<title>Locked\nboth</title><type>task</type><schedule-type>alap</schedule-type>"
                    "<priority>1200</priority><locked-start-date>" +
@@ -113,7 +108,7 @@ TEST(KVMSPEProjectMapperTest, TaskTablesThroughTheModel) {
         R"(fixed-end="true")"));
 
     // title, type, priority, constraint, its date, outline level, parent's title
-    const std::vector<std::tuple<std::string, int, int, int, json, int, json>> expected = {
+    const std::vector<std::tuple<std::string, int, int, int, OrderedJSON, int, OrderedJSON>> expected = {
         {"Lockedboth", 2, 1000, 3, friday, 1, nullptr}, {"Finish limit", 0, 0, 6, friday, 1, nullptr},
         {"Both limits", 1, 0, 5, friday, 1, nullptr},   {"Group", 1, 0, 1, nullptr, 1, nullptr},
         {"M1", 2, 0, 1, nullptr, 2, "Group"},           {"M2", 2, 0, 1, nullptr, 2, "Group"},
@@ -123,26 +118,26 @@ TEST(KVMSPEProjectMapperTest, TaskTablesThroughTheModel) {
     EXPECT_EQ(project["tasks"][0]["title"], nullptr);
     for (size_t i = 0; i < expected.size(); ++i) {
         const auto& [title, type, priority, constraint, date, level, parent] = expected[i];
-        const json& mappedTask = project["tasks"][i + 1];
+        const OrderedJSON& mappedTask = project["tasks"][i + 1];
         EXPECT_EQ(mappedTask["title"], title);
         EXPECT_EQ(mappedTask["taskType"], type) << title;
         EXPECT_EQ(mappedTask["priority"], priority) << title;
         EXPECT_EQ(mappedTask["constraintType"], constraint) << title;
         EXPECT_EQ(mappedTask["constraintDate"], date) << title;
         EXPECT_EQ(mappedTask["outlineLevel"], level) << title;
-        const json parentID = parent.is_null() ? json(0) : taskTitled(project, parent)["ID"];
+        const OrderedJSON parentID = parent.is_null() ? OrderedJSON(0) : taskTitled(project, parent)["ID"];
         EXPECT_EQ(mappedTask["parentID"], parentID) << title;
     }
     EXPECT_EQ(project["scheduleFromStart"], false);
     // Locked at both ends, a task is scheduled by hand between its locks; one lock is a constraint.
-    const json lockedBoth = taskTitled(project, "Lockedboth");
+    const OrderedJSON lockedBoth = taskTitled(project, "Lockedboth");
     EXPECT_EQ(lockedBoth["manual"], true);
     EXPECT_EQ(lockedBoth["start"], monday);
     EXPECT_EQ(lockedBoth["finish"], friday);
     EXPECT_EQ(taskTitled(project, "Start lock")["manual"], false);
 
     // Progress: work from effort, the group's from its milestones over all its members.
-    const json bothLimits = taskTitled(project, "Both limits");
+    const OrderedJSON bothLimits = taskTitled(project, "Both limits");
     EXPECT_EQ(bothLimits["work"], 7200.0);
     EXPECT_EQ(bothLimits["actualWork"], 1800.0);
     EXPECT_EQ(bothLimits["remainingWork"], 5400.0);
@@ -153,13 +148,13 @@ TEST(KVMSPEProjectMapperTest, TaskTablesThroughTheModel) {
     EXPECT_EQ(taskTitled(project, "Plain")["notes"], "one\ntwo\n");
 
     // Every task but the groups has exactly one assignment, on the unassigned resource.
-    std::vector<json> assigned;
-    for (const json& assignment : project["assignments"]) {
+    std::vector<OrderedJSON> assigned;
+    for (const OrderedJSON& assignment : project["assignments"]) {
         EXPECT_EQ(assignment["resourceID"], nullptr);
         assigned.push_back(assignment["taskID"]);
     }
-    std::vector<json> plain;
-    for (const json& mappedTask : project["tasks"]) {
+    std::vector<OrderedJSON> plain;
+    for (const OrderedJSON& mappedTask : project["tasks"]) {
         if (mappedTask["title"] != "Group" && mappedTask["ID"] != 0) {
             plain.push_back(mappedTask["ID"]);
         }
@@ -167,13 +162,13 @@ TEST(KVMSPEProjectMapperTest, TaskTablesThroughTheModel) {
     EXPECT_EQ(assigned, plain);
 
     // Links: FS 1, SF 2, SS 3, FF 0, an unknown kind FS; only "true" makes a percentage.
-    const json lockedID = taskTitled(project, "Lockedboth")["ID"];
-    const json limitID = taskTitled(project, "Finish limit")["ID"];
+    const OrderedJSON lockedID = taskTitled(project, "Lockedboth")["ID"];
+    const OrderedJSON limitID = taskTitled(project, "Finish limit")["ID"];
     const std::vector<std::tuple<int, double, bool>> links = {
         {1, 0.0, false}, {2, 0.0, false}, {3, 50.0, true}, {0, 3600.0, false}, {1, -7200.5, false}};
     ASSERT_EQ(project["links"].size(), links.size());
     for (size_t i = 0; i < links.size(); ++i) {
-        const json& mappedLink = project["links"][i];
+        const OrderedJSON& mappedLink = project["links"][i];
         EXPECT_EQ(mappedLink["type"], std::get<0>(links[i])) << i;
         EXPECT_EQ(mappedLink["lag"], std::get<1>(links[i])) << i;
         EXPECT_EQ(mappedLink["isPercentage"], std::get<2>(links[i])) << i;
@@ -194,21 +189,21 @@ TEST(KVMSPEProjectMapperTest, SplitTasksResourcesAndGroups) {
         R"(<resource id="r1"><name>Ann</name><type>Staff</type><units-available>0.5</units-available></resource>)"
         R"(<resource id="r2"><type>Group</type><child-resource idref="r3"/></resource>)"
         R"(<resource id="r3"><name>Bob</name><type>Staff</type></resource>)";
-    const json project = mapped(
+    const OrderedJSON project = mapped(
         scenario({"t1"},
                  resources +
                      task("t1",
-                          "<title>Split</title><split/><effort>28800</effort><end-date>" + february(10, 17) +
-                              "</end-date>" +
+                          "<title>Split</title><split/><effort>28800</effort><end-date>" +
+                              februaryText(10, 17) + "</end-date>" +
                               R"(<child-task idref="t2"/><child-task idref="t3"/><child-task idref="t4"/>)") +
-                     piece("t2", february(2, 8), february(2, 17),
+                     piece("t2", februaryText(2, 8), februaryText(2, 17),
                            R"(<assignment idref="r1" units="1"/><assignment idref="r3" units="3"/>)") +
-                     piece("t3", february(5, 13), february(6, 12), "") +
-                     piece("t4", february(10, 8), february(10, 17), ""),
+                     piece("t3", februaryText(5, 13), februaryText(6, 12), "") +
+                     piece("t4", februaryText(10, 8), februaryText(10, 17), ""),
                  "", {"r1", "r2"}),
         3);
 
-    const json split = taskTitled(project, "Split");
+    const OrderedJSON split = taskTitled(project, "Split");
     EXPECT_EQ(split["hasSplits"], true);
     EXPECT_EQ(split["duration"], 3 * 28800.0);
     EXPECT_EQ(split["start"], printed(2, 8));
@@ -217,7 +212,7 @@ TEST(KVMSPEProjectMapperTest, SplitTasksResourcesAndGroups) {
     EXPECT_EQ(project["baselineSaveDates"], 3);
 
     // The dummy resource first, then the staff; the unnamed group gives its member its name.
-    const json& mappedResources = project["resources"];
+    const OrderedJSON& mappedResources = project["resources"];
     ASSERT_EQ(mappedResources.size(), 3u);
     EXPECT_EQ(mappedResources[0]["ID"], 0);
     EXPECT_EQ(mappedResources[1]["name"], "Ann");
@@ -227,17 +222,17 @@ TEST(KVMSPEProjectMapperTest, SplitTasksResourcesAndGroups) {
     EXPECT_EQ(mappedResources[1]["calendarID"], project["calendars"][1]["ID"]);
 
     // Work of one resource type is shared in the ratio of the units; actual work is not shared.
-    const json& assignments = project["assignments"];
+    const OrderedJSON& assignments = project["assignments"];
     ASSERT_EQ(assignments.size(), 2u);
     EXPECT_EQ(assignments[0]["resourceID"], mappedResources[1]["ID"]);
     EXPECT_EQ(assignments[1]["resourceID"], mappedResources[2]["ID"]);
     EXPECT_EQ(assignments[0]["work"], 28800.0 / 4);
     EXPECT_EQ(assignments[1]["work"], 28800.0 * 3 / 4);
     EXPECT_EQ(assignments[1]["units"], 30000.0);
-    for (const json& assignment : assignments) {
+    for (const OrderedJSON& assignment : assignments) {
         // Monday 08:00 to Thursday 13:00 is three days and a morning; to Friday noon a day more; the
         // next Tuesday's start five days and a morning after Monday's start.
-        const json phases = {
+        const OrderedJSON phases = {
             {{"startShift", 0}, {"finishShift", 480}, {"work", 28800.0}, {"workPerDay", 160000.0}},
             {{"startShift", 1680}, {"finishShift", 2160}, {"work", 28800.0}, {"workPerDay", 160000.0}},
             {{"startShift", 2880}, {"finishShift", 3360}, {"work", 28800.0}, {"workPerDay", 160000.0}}};
@@ -280,27 +275,27 @@ TEST(KVMSPEProjectMapperTest, PostProcessingChecks) {
 TEST(KVMSPEProjectMapperTest, UnstatedDatesAndDurations) {
     const std::string staff = R"(<resource id="r1"><name>Ann</name><type>Staff</type></resource>)"
                               R"(<resource id="r2"><name>Cem</name><type>Material</type></resource>)";
-    const json project = mapped(scenario(
+    const OrderedJSON project = mapped(scenario(
         {"t1"},
         staff +
             task(
                 "t1",
                 R"(<title>Group</title><type>group</type><child-task idref="t2"/><child-task idref="t3"/>)") +
-            task("t2", "<title>Pair</title><type>task</type><leveled-start>" + february(2, 13) +
+            task("t2", "<title>Pair</title><type>task</type><leveled-start>" + februaryText(2, 13) +
                            "</leveled-start><effort>57600</effort>"
                            R"(<assignment idref="r1" units="1"/><assignment idref="r1" units="1"/>)"
                            R"(<assignment idref="r2" units="5"/>)") +
-            task("t3", "<title>Done</title><type>milestone</type><leveled-start>" + february(3, 17) +
+            task("t3", "<title>Done</title><type>milestone</type><leveled-start>" + februaryText(3, 17) +
                            "</leveled-start><effort>0</effort>"),
         "", {"r1", "r2"}));
-    const json pair = taskTitled(project, "Pair");
+    const OrderedJSON pair = taskTitled(project, "Pair");
     EXPECT_EQ(pair["duration"], 28800.0);
     EXPECT_EQ(pair["start"], printed(2, 13));
     EXPECT_EQ(pair["finish"], printed(3, 12));
-    const json done = taskTitled(project, "Done");
+    const OrderedJSON done = taskTitled(project, "Done");
     EXPECT_EQ(done["duration"], 0.0);
     EXPECT_EQ(done["finish"], printed(3, 17));
-    const json group = taskTitled(project, "Group");
+    const OrderedJSON group = taskTitled(project, "Group");
     EXPECT_EQ(group["start"], printed(2, 13));
     EXPECT_EQ(group["finish"], printed(3, 17));
     EXPECT_EQ(project["tasks"][0]["finish"], printed(3, 17));

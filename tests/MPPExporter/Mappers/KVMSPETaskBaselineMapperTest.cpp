@@ -8,7 +8,7 @@
 
 namespace {
 
-KVMSPCXMLDocument::DocumentPtr document(const std::string& text) {
+KVMSPCXMLDocument::DocumentPtr parsedBundle(const std::string& text) {
     TVError error;
     auto parsed = KVMSPCXMLDocument::initWithXMLString(text, 0, &error);
     EXPECT_TRUE(parsed) << text;
@@ -30,11 +30,11 @@ const char* const kBaselines[] = {
 TEST(KVMSPETaskBaselineMapper, ReadsEachBaselineDocumentsTaskOfTheSameId) {
     std::vector<KVMSPEMapper::DocumentPtr> baselines;
     for (const char* text : kBaselines) {
-        baselines.push_back(document(text));
+        baselines.push_back(parsedBundle(text));
     }
     KVMSPEMapper mapper(nullptr, nullptr, baselines, {});
-    const auto actual = document("<scenario><task id=\"t1\"><locked-start-date>2026-02-09T08:00:00Z"
-                                 "</locked-start-date></task></scenario>");
+    const auto actual = parsedBundle("<scenario><task id=\"t1\"><locked-start-date>2026-02-09T08:00:00Z"
+                                     "</locked-start-date></task></scenario>");
     const auto element = actual->rootElement()->elementsForName("task").front();
     const KVMSPCXMLElement& task = *element;
 

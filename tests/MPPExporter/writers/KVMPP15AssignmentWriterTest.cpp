@@ -19,12 +19,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr double kHour = 3600;
-constexpr double kDay = 86400;
-constexpr double kMonday = 1700438400; // 2023-11-20 00:00 UTC
-
 TVDate at(double day, double hour) {
-    return TVDate::fromUnixSeconds(kMonday + day * kDay + hour * kHour);
+    return TVDate::fromUnixSeconds(kMonday + day * kSecondsPerDay + hour * kSecondsPerHour);
 }
 
 // Tasks under a root, a staff member and a material, and assignments listed out of ID order: a shared
@@ -58,24 +54,24 @@ struct AssignmentPlan {
 
         auto shared = add(7, tasks[1], resources[0]);
         shared->assignmentUnits = 5000;
-        shared->work = 4 * kHour;
-        shared->actualWork = kHour;
-        shared->remainingWork = 3 * kHour;
+        shared->work = 4 * kSecondsPerHour;
+        shared->actualWork = kSecondsPerHour;
+        shared->remainingWork = 3 * kSecondsPerHour;
         auto split = add(3, tasks[2], nullptr);
-        split->work = 3 * 8 * kHour;
+        split->work = 3 * 8 * kSecondsPerHour;
         split->remainingWork = split->work;
         for (uint32_t day = 0; day < 3; ++day) {
             KVMPPAssignmentPhase phase;
             phase.startShift = day * 2 * 480;
             phase.finishShift = phase.startShift + 480;
-            phase.work = 8 * kHour;
+            phase.work = 8 * kSecondsPerHour;
             split->assignmentPhases.push_back(phase);
         }
         split->finishDate = at(4, 17);
         auto material = add(5, tasks[3], resources[1]);
         material->assignmentUnits = 20000;
-        material->work = 2 * kHour;
-        material->remainingWork = 2 * kHour;
+        material->work = 2 * kSecondsPerHour;
+        material->remainingWork = 2 * kSecondsPerHour;
         add(9, nullptr, resources[0]);
     }
 
@@ -121,9 +117,10 @@ TEST(KVMPP15AssignmentWriter, TheReaderReadsBackEveryAssignmentAndTheStretchesOf
         TVDate finish;
     };
     // Tasks are numbered from 1 below the project; the split task's assignment has no resource.
-    const Expected expected[] = {{2, -65535, 100, 24 * kHour, 0, 24 * kHour, at(4, 17)},
-                                 {3, 2, 200, 2 * kHour, 0, 2 * kHour, at(2, 17)},
-                                 {1, 1, 50, 4 * kHour, kHour, 3 * kHour, at(2, 17)}};
+    const Expected expected[] = {
+        {2, -65535, 100, 24 * kSecondsPerHour, 0, 24 * kSecondsPerHour, at(4, 17)},
+        {3, 2, 200, 2 * kSecondsPerHour, 0, 2 * kSecondsPerHour, at(2, 17)},
+        {1, 1, 50, 4 * kSecondsPerHour, kSecondsPerHour, 3 * kSecondsPerHour, at(2, 17)}};
     for (int32_t uid = 1; uid <= 3; ++uid) {
         const Expected& want = expected[uid - 1];
         int32_t task = 0;
@@ -157,7 +154,7 @@ TEST(KVMPP15AssignmentWriter, TheReaderReadsBackEveryAssignmentAndTheStretchesOf
     for (size_t day = 0; day < 3; ++day) {
         EXPECT_EQ(stretches[day]->startDate(), at(2.0 * static_cast<double>(day), 8)) << day;
         EXPECT_EQ(stretches[day]->endDate(), at(2.0 * static_cast<double>(day), 17)) << day;
-        EXPECT_DOUBLE_EQ(stretches[day]->duration(), 8 * kHour) << day;
+        EXPECT_DOUBLE_EQ(stretches[day]->duration(), 8 * kSecondsPerHour) << day;
     }
     // 110-byte records, and a 34-byte meta entry each whose mark tells the split assignment.
     EXPECT_EQ(written.stream("TBkndAssn", "FixedData").size(), 3 * 110u);
@@ -264,7 +261,7 @@ TEST(KVMPP15AssignmentWriter, FiguresWithoutWorkAndBlocksWithoutStretchesAreDefi
 
     // A block without stretches: no records, its rate, the remaining work in thousandths of a minute and
     // the span in 80ths of a working minute, here a working day.
-    assignment.remainingWork = kHour;
+    assignment.remainingWork = kSecondsPerHour;
     assignment.startDate = at(0, 8);
     assignment.finishDate = at(0, 17);
     const std::vector<uint8_t> block = KVMPP15AssignmentWriter::plannedWork(assignment);

@@ -20,9 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr TVTimeSpan kHour = 3600 * kMicrosecondsPerSecond;
-constexpr double kMonday = 1700438400; // 2023-11-20 00:00 UTC
-
 // Midnight of a day after the Monday, as the instant whose wall clock in the system zone it is.
 TVDate day(int days) {
     const TVDate utc = TVDate::fromUnixSeconds(kMonday + days * 86400.0);

@@ -22,9 +22,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr double kDay = 86400;
-constexpr double kHour = 3600;
-
 // The instant whose wall clock in the system zone is the given UTC reading: the file keeps wall
 // clocks, which the reader hands back as UTC instants.
 TVDate wallClockDate(double unixSeconds) {
@@ -32,7 +29,7 @@ TVDate wallClockDate(double unixSeconds) {
     return utc.addingSeconds(-TVTimeZone::systemTimeZone().secondsFromGMT(utc));
 }
 
-constexpr double kMonday = 1700467200; // 2023-11-20 00:00 UTC
+constexpr double kMondayMorning = 1700467200; // 2023-11-20 08:00 UTC
 
 std::shared_ptr<KVMPPTask> addTask(KVMPPProject& project, uint64_t id, const std::string& title,
                                    KVMPPTask* parent, double startDay, double days) {
@@ -40,9 +37,10 @@ std::shared_ptr<KVMPPTask> addTask(KVMPPProject& project, uint64_t id, const std
     task->ID = id;
     task->title = title;
     task->parent = parent;
-    task->startDate = wallClockDate(kMonday + startDay * kDay + 8 * kHour);
-    task->endDate = wallClockDate(kMonday + (startDay + days - 1) * kDay + 17 * kHour);
-    task->duration = days * 8 * kHour;
+    task->startDate = wallClockDate(kMondayMorning + startDay * kSecondsPerDay + 8 * kSecondsPerHour);
+    task->endDate =
+        wallClockDate(kMondayMorning + (startDay + days - 1) * kSecondsPerDay + 17 * kSecondsPerHour);
+    task->duration = days * 8 * kSecondsPerHour;
     project.tasks.push_back(task);
     return task;
 }
@@ -50,11 +48,11 @@ std::shared_ptr<KVMPPTask> addTask(KVMPPProject& project, uint64_t id, const std
 KVMPPTaskBaseline baseline(int64_t number, double startDay) {
     KVMPPTaskBaseline saved;
     saved.number = number;
-    saved.start = wallClockDate(kMonday + startDay * kDay + 8 * kHour);
-    saved.finish = wallClockDate(kMonday + startDay * kDay + 17 * kHour);
-    saved.duration = 8 * kHour;
+    saved.start = wallClockDate(kMondayMorning + startDay * kSecondsPerDay + 8 * kSecondsPerHour);
+    saved.finish = wallClockDate(kMondayMorning + startDay * kSecondsPerDay + 17 * kSecondsPerHour);
+    saved.duration = 8 * kSecondsPerHour;
     saved.cost = 12.5;
-    saved.work = 8 * kHour;
+    saved.work = 8 * kSecondsPerHour;
     return saved;
 }
 
@@ -76,7 +74,7 @@ struct SamplePlan {
         design->constraintDate = design->startDate;
         design->priority = 700;
         design->percentComplete = 0.5;
-        design->actualDuration = 8 * kHour;
+        design->actualDuration = 8 * kSecondsPerHour;
         design->estimated = false;
         KVMPPExtendedAttribute owner;
         owner.alias = "Owner";
@@ -91,7 +89,7 @@ struct SamplePlan {
         build->baselines = {baseline(0, 2), baseline(3, 1), baseline(7, 3)};
         build->manual = true;
         addTask(project, 5, std::string(300, 'x'), root.get(), 6, 4);
-        link(build, design, 1, false, 8 * kHour);
+        link(build, design, 1, false, 8 * kSecondsPerHour);
         link(review, build, 3, true, 50);
         for (const auto& task : project.tasks) {
             task->customFieldValues.resolve(*project.customTaskFieldNames);

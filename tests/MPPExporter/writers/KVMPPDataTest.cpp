@@ -15,8 +15,6 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-constexpr double kDay = 86400;
-
 // The exception name and reason that `action` raises, "none" if it raises nothing.
 template <typename Action>
 std::string raised(Action action) {
@@ -43,14 +41,14 @@ TEST(KVMPPData, DatesAreTheWallClockOfTheSystemZoneTimeFirst) {
         SystemZoneScope scope(zone);
         KVMPPData block;
         block.writeDate(wallClockAfterEpoch(0));
-        block.writeDate(wallClockAfterEpoch(kDay + 8 * 3600));
+        block.writeDate(wallClockAfterEpoch(kSecondsPerDay + 8 * 3600));
         block.writeDate(std::nullopt);
-        block.writeDaysFromDate(wallClockAfterEpoch(2 * kDay + 3599));
+        block.writeDaysFromDate(wallClockAfterEpoch(2 * kSecondsPerDay + 3599));
         block.writeDaysFromDate(std::nullopt);
         EXPECT_EQ(bytesOf(block),
                   (Bytes{0, 0, 0, 0, 0xC0, 0x12, 1, 0, 0xFF, 0xFF, 0xFF, 0xFF, 2, 0, 0xFF, 0xFF}))
             << zone;
-        block.writeDaysFromDate(wallClockAfterEpoch(5 * kDay), 0);
+        block.writeDaysFromDate(wallClockAfterEpoch(5 * kSecondsPerDay), 0);
         EXPECT_EQ(block.data()[0], 5) << zone;
     }
 }
@@ -81,7 +79,7 @@ TEST(KVMPPData, SpecialDatesFillThreeOffsetsOfATemplateElement) {
     block.writeSpecialDate(std::nullopt);
     EXPECT_EQ(bytesOf(block), Bytes(342, 0));
     // 1984-01-12 09:00 of the zone: 60 minutes after the base, written in tenths of a minute.
-    block.writeSpecialDate(wallClockAfterEpoch(12 * kDay + 9 * 3600));
+    block.writeSpecialDate(wallClockAfterEpoch(12 * kSecondsPerDay + 9 * 3600));
     Bytes expected(342, 0);
     encodeMPPNumber(int32_t{600}, std::span(expected).subspan(306));
     encodeMPPNumber(int32_t{600 + 705600}, std::span(expected).subspan(322));

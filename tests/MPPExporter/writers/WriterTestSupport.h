@@ -8,6 +8,10 @@
 #include <string>
 #include <vector>
 
+// Monday 2023-11-20 00:00 UTC, in seconds since 1970, and an hour in seconds.
+inline constexpr double kMonday = 1700438400;
+inline constexpr double kSecondsPerHour = 3600;
+
 class KVMSPIMPPReader;
 class SSLStream;
 class KVMSPIMPPProjectReader;

@@ -1,5 +1,6 @@
 #include "MPPImporter/format/MPPCalendarDataBlock.h"
 
+#include "MPPCommon/date/DateTestSupport.h"
 #include "MPPCommon/support/TVDate.h"
 #include "MPPImporter/format/MPPVersionTables.h"
 
@@ -10,8 +11,6 @@ namespace {
 using Bytes = std::vector<uint8_t>;
 using Ranges = std::vector<MPPWorkingTimeRange>;
 
-constexpr TVTimeSpan kMinute = 60000000;
-constexpr TVTimeSpan kHour = 60 * kMinute;
 // Times and lengths are stored in tenths of a minute.
 constexpr int32_t kTenthsPerHour = 600;
 constexpr int32_t kWeekDaysSize = 420;

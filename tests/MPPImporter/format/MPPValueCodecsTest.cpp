@@ -1,5 +1,7 @@
 #include "MPPImporter/format/MPPValueCodecs.h"
 
+#include "MPPCommon/date/DateTestSupport.h"
+
 #include <gtest/gtest.h>
 #include <limits>
 #include <vector>
@@ -7,9 +9,6 @@
 namespace {
 
 using Bytes = std::vector<uint8_t>;
-
-constexpr double kDay = 86400;
-constexpr TVTimeSpan kHour = 3600 * kMicrosecondsPerSecond;
 
 template <typename Value, typename Encode>
 Bytes encoded(Encode encode, const Value& value, size_t size) {
@@ -22,20 +21,20 @@ TEST(MPPValueCodecs, DatesCountSigned16BitDaysFromTheEpochAndFFFFIsNone) {
     const TVDate epoch = getMPPEpoch();
     EXPECT_EQ(decodeMPPDate(Bytes{0x00, 0x00}), epoch);
     EXPECT_EQ(decodeMPPDate(Bytes{0x01, 0x00}), TVDate::fromUnixSeconds(441763200)); // 1984-01-01
-    EXPECT_EQ(decodeMPPDate(Bytes{0xFE, 0xFF}), epoch.addingSeconds(-2 * kDay));
+    EXPECT_EQ(decodeMPPDate(Bytes{0xFE, 0xFF}), epoch.addingSeconds(-2 * kSecondsPerDay));
     EXPECT_EQ(decodeMPPDate(Bytes{0xFF, 0xFF}), std::nullopt);
     // -32768 days overflow the 32-bit seconds and wrap, as the format's own arithmetic does.
-    EXPECT_EQ(decodeMPPDate(Bytes{0x00, 0x80}), epoch.addingSeconds(-32768 * kDay + 4294967296.0));
+    EXPECT_EQ(decodeMPPDate(Bytes{0x00, 0x80}), epoch.addingSeconds(-32768 * kSecondsPerDay + 4294967296.0));
 
     // Encoding keeps whole days, rounding down, and writes none as 0xFFFF.
-    EXPECT_EQ(encoded(encodeMPPDate, std::optional(epoch.addingSeconds(kDay + 3599)), 2),
+    EXPECT_EQ(encoded(encodeMPPDate, std::optional(epoch.addingSeconds(kSecondsPerDay + 3599)), 2),
               (Bytes{0x01, 0x00}));
     EXPECT_EQ(encoded(encodeMPPDate, std::optional(epoch.addingSeconds(-1)), 2), (Bytes{0xFF, 0xFF}));
     EXPECT_EQ(encoded(encodeMPPDate, std::optional<TVDate>(), 2), (Bytes{0xFF, 0xFF}));
 }
 
 TEST(MPPValueCodecs, TimestampsAreTimeWordThenDayWordAndNoneIfEitherIsFFFF) {
-    const TVDate dayAfterAtEight = getMPPEpoch().addingSeconds(kDay + 8 * 3600);
+    const TVDate dayAfterAtEight = getMPPEpoch().addingSeconds(kSecondsPerDay + 8 * 3600);
     EXPECT_EQ(encoded(encodeMPPTimestamp, std::optional(dayAfterAtEight), 4),
               (Bytes{0xC0, 0x12, 0x01, 0x00}));
     EXPECT_EQ(encoded(encodeMPPTimestamp, std::optional(getMPPEpoch()), 4), (Bytes{0, 0, 0, 0}));

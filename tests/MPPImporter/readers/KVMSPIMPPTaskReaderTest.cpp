@@ -1,5 +1,6 @@
 #include "MPPImporter/readers/KVMSPIMPPTaskReader.h"
 
+#include "MPPCommon/date/DateTestSupport.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
@@ -28,12 +29,6 @@ constexpr int32_t kBaseline0DurationProperty = 27;
 constexpr int32_t kBaseline0StartProperty = 43;
 constexpr int32_t kBaseline1CostProperty = 484;
 constexpr int32_t kBaseline2StartProperty = 493;
-
-constexpr TVTimeSpan kHour = 3600LL * 1000000;
-
-TVDate mppDate(int day, int tenthsOfMinute) {
-    return getMPPEpoch().addingSeconds(day * 86400.0 + tenthsOfMinute * 6.0);
-}
 
 int32_t firstProperty(std::span<const MPPCustomFieldRecord> table) {
     return static_cast<int32_t>(table.front().propertyNumber);

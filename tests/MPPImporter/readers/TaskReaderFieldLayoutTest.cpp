@@ -1,3 +1,4 @@
+#include "MPPCommon/date/DateTestSupport.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPImporter/file/KVMSPIMPP14PropertyList.h"
 #include "MPPImporter/file/KVMSPIMPP15PropertyList.h"
@@ -9,12 +10,6 @@
 #include <tuple>
 
 namespace {
-
-constexpr TVTimeSpan kHour = 3600LL * 1000000;
-
-TVDate mppDate(int day, int tenthsOfMinute) {
-    return getMPPEpoch().addingSeconds(day * 86400.0 + tenthsOfMinute * 6.0);
-}
 
 class TaskReaderFieldLayoutTest : public ::testing::Test {
 protected:

@@ -1,3 +1,4 @@
+#include "BundleElementReads.h"
 #include "MPPCommon/date/DateExtensions.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
@@ -28,6 +29,9 @@ namespace {
 namespace fs = std::filesystem;
 using ElementPtr = KVMSPCXMLElement::ElementPtr;
 
+using bundleread::attribute;
+using bundleread::bundlesIn;
+using bundleread::child;
 using nlohmann::json;
 using testsupport::shellQuoted;
 
@@ -39,16 +43,6 @@ int run(const std::string& command, const fs::path& config) {
 
 std::string text(const ElementPtr& element) {
     return element ? element->stringValue().value_or("") : "";
-}
-
-std::string attribute(const KVMSPCXMLElement& element, const char* name) {
-    const auto node = element.attributeForName(name);
-    return node ? node->stringValue().value_or("") : "";
-}
-
-ElementPtr child(const KVMSPCXMLElement& element, const char* name) {
-    const auto children = element.elementsForName(name);
-    return children.empty() ? nullptr : children.front();
 }
 
 // The wall clock of a bundle date: its zone label dropped.
@@ -280,18 +274,6 @@ Outline outline(const fs::path& bundle) {
         result.values.push_back(values.str());
     }
     return result;
-}
-
-std::vector<fs::path> bundlesIn(const fs::path& folder) {
-    std::vector<fs::path> bundles;
-    if (fs::exists(folder)) {
-        for (const auto& entry : fs::directory_iterator(folder)) {
-            if (entry.path().extension() == ".tvnx") {
-                bundles.push_back(entry.path());
-            }
-        }
-    }
-    return bundles;
 }
 
 // The first line where two outlines differ (a task, a week day or an exception).

@@ -10,9 +10,7 @@
 
 namespace {
 
-std::string shellQuoted(const std::string& text) {
-    return "'" + std::regex_replace(text, std::regex("'"), "'\\''") + "'";
-}
+using testsupport::shellQuoted;
 
 class FilterProgramTest : public ::testing::Test {
 protected:

@@ -1,3 +1,4 @@
+#include "BundleElementReads.h"
 #include "BundleReferenceAgreement.h"
 #include "MPPCommon/date/DateTestSupport.h"
 #include "MPPCommon/support/Log.h"
@@ -22,6 +23,9 @@ namespace {
 
 namespace fs = std::filesystem;
 using ElementPtr = KVMSPCXMLElement::ElementPtr;
+using bundleread::attribute;
+using bundleread::bundlesIn;
+using bundleread::child;
 
 class ImportCorpusTest : public ::testing::Test {
 protected:
@@ -71,26 +75,6 @@ protected:
     std::string m_log;
 };
 
-std::vector<fs::path> bundlesIn(const fs::path& folder) {
-    std::vector<fs::path> bundles;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        if (entry.path().extension() == ".tvnx") {
-            bundles.push_back(entry.path());
-        }
-    }
-    return bundles;
-}
-
-ElementPtr firstChild(const KVMSPCXMLElement& element, const char* name) {
-    const auto children = element.elementsForName(name);
-    return children.empty() ? nullptr : children.front();
-}
-
-std::string attribute(const KVMSPCXMLElement& element, const char* name) {
-    const auto node = element.attributeForName(name);
-    return node ? node->stringValue().value_or("") : "";
-}
-
 // What is wrong with a bundle: XML files that don't parse, and a table of contents that doesn't name
 // the scenario files, the editing scenario, or next ids above every id used.
 std::string bundleProblems(const fs::path& bundle) {
@@ -109,20 +93,19 @@ std::string bundleProblems(const fs::path& bundle) {
     if (toc == nullptr || roots["Actual.xml"] == nullptr) {
         return problems + "no table of contents or no actual plan";
     }
-    const ElementPtr project = firstChild(*toc, "project");
-    const ElementPtr window = firstChild(*toc, "window");
+    const ElementPtr project = child(*toc, "project");
+    const ElementPtr window = child(*toc, "window");
     for (const ElementPtr& scenario : project->elementsForName("scenario")) {
         if (roots.count(attribute(*scenario, "filename")) == 0) {
             problems += "the scenario " + attribute(*scenario, "name") + " names no file; ";
         }
     }
-    const ElementPtr editing = firstChild(*window, "editing-scenario");
+    const ElementPtr editing = child(*window, "editing-scenario");
     if (!editing || editing->stringValue() != attribute(*roots["Actual.xml"], "id")) {
         problems += "the editing scenario is not the actual plan; ";
     }
-    const long long nextTaskId = std::atoll(firstChild(*project, "next-task-id")->stringValue()->c_str());
-    const long long nextResourceId =
-        std::atoll(firstChild(*project, "next-resource-id")->stringValue()->c_str());
+    const long long nextTaskId = std::atoll(child(*project, "next-task-id")->stringValue()->c_str());
+    const long long nextResourceId = std::atoll(child(*project, "next-resource-id")->stringValue()->c_str());
     for (const auto& [name, root] : roots) {
         for (const char* kind : {"task", "resource"}) {
             for (const ElementPtr& object : root->elementsForName(kind)) {

@@ -15,13 +15,7 @@ struct CommandResult {
     std::string out;
 };
 
-std::string shellQuoted(const std::string& text) {
-    std::string quoted = "'";
-    for (char c : text) {
-        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    }
-    return quoted + "'";
-}
+using testsupport::shellQuoted;
 
 CommandResult runCommand(const std::string& command) {
     CommandResult result;

@@ -24,12 +24,6 @@ using ElementPtr = KVMSPCXMLElement::ElementPtr;
 constexpr int64_t kMaterialResource = 0;
 constexpr int64_t kWorkResource = 1;
 
-void addTextChild(KVMSPCXMLElement& element, const char* name, const std::optional<std::string>& text) {
-    if (text) {
-        element.addChildElementWithName(name, *text);
-    }
-}
-
 } // namespace
 
 KVMSPIResourceMapper::KVMSPIResourceMapper(KVMSPIMapper& mapper, MSPIUserDataTOCElements& userDataTOCElements,

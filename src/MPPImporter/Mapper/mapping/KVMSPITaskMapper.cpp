@@ -31,12 +31,6 @@ constexpr int64_t kMustFinishOn = 3;
 constexpr int64_t kPercentLagFormat = 19;
 constexpr int64_t kElapsedPercentLagFormat = 20;
 
-void addTextChild(KVMSPCXMLElement& element, const char* name, const std::optional<std::string>& text) {
-    if (text) {
-        element.addChildElementWithName(name, *text);
-    }
-}
-
 // The first of the queries that answers a date.
 std::optional<std::string> firstTvnxDate(KVMSPIXQuery& mspTask, std::initializer_list<const char*> names) {
     for (const char* name : names) {

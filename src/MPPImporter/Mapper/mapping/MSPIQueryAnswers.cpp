@@ -42,3 +42,9 @@ std::optional<KVMSPIXQuery::Objects> queryObjects(KVMSPIXQuery& object, const st
 KVMSPIXQuery::Objects queryObjectsOrEmpty(KVMSPIXQuery& object, const std::string& xquery) {
     return queryObjects(object, xquery).value_or(KVMSPIXQuery::Objects());
 }
+
+void addTextChild(KVMSPCXMLElement& element, const char* name, const std::optional<std::string>& text) {
+    if (text) {
+        element.addChildElementWithName(name, *text);
+    }
+}

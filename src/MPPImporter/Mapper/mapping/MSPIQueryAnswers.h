@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MPPCommon/xml/KVMSPCXMLElement.h"
 #include "MPPCommon/xml/KVMSPIXQuery.h"
 
 #include <cstdint>
@@ -17,3 +18,5 @@ std::optional<bool> queryBool(KVMSPIXQuery& object, const std::string& xquery);
 std::optional<KVMSPIXQuery::Objects> queryObjects(KVMSPIXQuery& object, const std::string& xquery);
 // The objects found; empty also when the query reports an error.
 KVMSPIXQuery::Objects queryObjectsOrEmpty(KVMSPIXQuery& object, const std::string& xquery);
+// Adds an element holding the text under the bundle element when there is a text.
+void addTextChild(KVMSPCXMLElement& element, const char* name, const std::optional<std::string>& text);

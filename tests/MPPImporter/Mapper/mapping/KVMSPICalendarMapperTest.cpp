@@ -1,26 +1,14 @@
 #include "MPPImporter/Mapper/mapping/KVMSPICalendarMapper.h"
 
-#include "MPPCommon/date/TVCalendar.h"
+#include "MPPCommon/date/DateTestSupport.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-using Mapper = KVMSPICalendarMapper;
+using CalendarMapper = KVMSPICalendarMapper;
 
-// An instant of a wall clock, as the readers hold it (UTC).
-TVDate wallClock(int year, int month, int day, int hour = 0, int minute = 0) {
-    TVDateComponents components;
-    components.year = year;
-    components.month = month;
-    components.day = day;
-    components.hour = hour;
-    components.minute = minute;
-    components.second = 0;
-    return *TVCalendar(TVTimeZone::gmt()).dateFromComponents(components);
-}
-
-std::string eventsText(const Mapper::Events& events) {
+std::string eventsText(const CalendarMapper::Events& events) {
     std::string text;
     for (const auto& event : events) {
         text += event->attributeForName("start")->stringValue().value_or("").substr(0, 16) + "/" +
@@ -55,7 +43,7 @@ TEST(KVMSPICalendarMapperTest, RecurrenceRulesOfEachRecurrenceType) {
         {8, {1}, 1, ""},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(Mapper::reoccurenceRule(row.freq, row.parameters, row.count), row.rule) << row.freq;
+        EXPECT_EQ(CalendarMapper::reoccurenceRule(row.freq, row.parameters, row.count), row.rule) << row.freq;
     }
 }
 
@@ -67,67 +55,73 @@ TEST(KVMSPICalendarMapperTest, FirstOccurrencesOfRecurringExceptions) {
         std::vector<int32_t> parameters;
         TVDate from, first;
     } rows[] = {
-        {"daily starts where it starts", 7, {1}, wallClock(2024, 1, 1), wallClock(2024, 1, 1)},
+        {"daily starts where it starts", 7, {1}, utcInstant(2024, 1, 1), utcInstant(2024, 1, 1)},
         {"weekly, a later day of the mask: the next Sunday",
          6,
          {1, 0b0001010},
-         wallClock(2024, 1, 1),
-         wallClock(2024, 1, 7)},
+         utcInstant(2024, 1, 1),
+         utcInstant(2024, 1, 7)},
         {"weekly, Monday alone: the next Monday",
          6,
          {1, 0b0000010},
-         wallClock(2024, 1, 1),
-         wallClock(2024, 1, 8)},
+         utcInstant(2024, 1, 1),
+         utcInstant(2024, 1, 8)},
         {"weekly every second week from a Wednesday, Monday alone",
          6,
          {2, 0b0000010},
-         wallClock(2024, 1, 3),
-         wallClock(2024, 1, 15)},
+         utcInstant(2024, 1, 3),
+         utcInstant(2024, 1, 15)},
         {"monthly on the 15th, from the 3rd",
          4,
          {1, 15},
-         wallClock(2024, 1, 3, 9),
-         wallClock(2024, 1, 15, 9)},
-        {"monthly on the 15th, from the 15th", 4, {1, 15}, wallClock(2024, 1, 15), wallClock(2024, 1, 15)},
+         utcInstant(2024, 1, 3, 9),
+         utcInstant(2024, 1, 15, 9)},
+        {"monthly on the 15th, from the 15th", 4, {1, 15}, utcInstant(2024, 1, 15), utcInstant(2024, 1, 15)},
         {"monthly on the 2nd every 2 months, from the 20th",
          4,
          {2, 2},
-         wallClock(2024, 1, 20),
-         wallClock(2024, 3, 2)},
-        {"monthly on the last Friday", 5, {1, 4, 5}, wallClock(2024, 1, 3), wallClock(2024, 1, 26)},
-        {"monthly on the first Monday, past it", 5, {1, 0, 1}, wallClock(2024, 1, 3), wallClock(2024, 2, 5)},
-        {"yearly on 1 January, from 2 January", 2, {1, 0, 1}, wallClock(2024, 1, 2), wallClock(2025, 1, 1)},
-        {"yearly on 25 December", 2, {1, 11, 25}, wallClock(2024, 1, 2), wallClock(2024, 12, 25)},
+         utcInstant(2024, 1, 20),
+         utcInstant(2024, 3, 2)},
+        {"monthly on the last Friday", 5, {1, 4, 5}, utcInstant(2024, 1, 3), utcInstant(2024, 1, 26)},
+        {"monthly on the first Monday, past it",
+         5,
+         {1, 0, 1},
+         utcInstant(2024, 1, 3),
+         utcInstant(2024, 2, 5)},
+        {"yearly on 1 January, from 2 January", 2, {1, 0, 1}, utcInstant(2024, 1, 2), utcInstant(2025, 1, 1)},
+        {"yearly on 25 December", 2, {1, 11, 25}, utcInstant(2024, 1, 2), utcInstant(2024, 12, 25)},
         {"yearly on the fourth Thursday of November",
          3,
          {10, 3, 4},
-         wallClock(2024, 1, 2),
-         wallClock(2024, 11, 28)},
+         utcInstant(2024, 1, 2),
+         utcInstant(2024, 11, 28)},
         {"yearly on the last Monday of May, past it",
          3,
          {4, 4, 1},
-         wallClock(2024, 6, 1),
-         wallClock(2025, 5, 26)},
-        {"without parameters", 4, {}, wallClock(2024, 1, 3), wallClock(2024, 1, 3)},
+         utcInstant(2024, 6, 1),
+         utcInstant(2025, 5, 26)},
+        {"without parameters", 4, {}, utcInstant(2024, 1, 3), utcInstant(2024, 1, 3)},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(Mapper::firstOcurrenceDate(row.freq, row.parameters, row.from).seconds, row.first.seconds)
+        EXPECT_EQ(CalendarMapper::firstOcurrenceDate(row.freq, row.parameters, row.from).seconds,
+                  row.first.seconds)
             << row.what;
     }
 }
 
 TEST(KVMSPICalendarMapperTest, ExceptionsBecomeOvertimeAndTimeOff) {
-    Mapper::Events overtime;
-    Mapper::Events offtime;
-    Mapper::addEventsFrom(wallClock(2024, 3, 4), wallClock(2024, 3, 4, 23, 59), {}, "", overtime, offtime);
+    CalendarMapper::Events overtime;
+    CalendarMapper::Events offtime;
+    CalendarMapper::addEventsFrom(utcInstant(2024, 3, 4), utcInstant(2024, 3, 4, 23, 59), {}, "", overtime,
+                                  offtime);
     EXPECT_EQ(eventsText(overtime), "");
     EXPECT_EQ(eventsText(offtime), "2024-03-04T00:00/2024-03-04T23:59;");
 
     overtime.clear();
     offtime.clear();
-    Mapper::addEventsFrom(wallClock(2024, 3, 4), wallClock(2024, 3, 8, 23, 59),
-                          {KVMPPCalendarTimeRange::initWithStartTotalMinutes(9 * 60, 12 * 60)},
-                          "FREQ=DAILY;INTERVAL=1;COUNT=5", overtime, offtime);
+    CalendarMapper::addEventsFrom(utcInstant(2024, 3, 4), utcInstant(2024, 3, 8, 23, 59),
+                                  {KVMPPCalendarTimeRange::initWithStartTotalMinutes(9 * 60, 12 * 60)},
+                                  "FREQ=DAILY;INTERVAL=1;COUNT=5", overtime, offtime);
     EXPECT_EQ(eventsText(overtime), "2024-03-04T09:00/2024-03-08T12:00 FREQ=DAILY;INTERVAL=1;COUNT=5;");
     EXPECT_EQ(eventsText(offtime), "2024-03-04T00:00/2024-03-08T09:00 FREQ=DAILY;INTERVAL=1;COUNT=5;"
                                    "2024-03-04T12:00/2024-03-08T23:59 FREQ=DAILY;INTERVAL=1;COUNT=5;");
@@ -137,12 +131,14 @@ TEST(KVMSPICalendarMapperTest, GapsOfADayBetweenAvailabilityPeriodsAreTimeOff) {
     const auto period = [](TVDate start, TVDate end) {
         return MPPResourceAvailabilityPeriod{start, end, 1.0};
     };
-    Mapper::Events offtime;
-    Mapper::addCalendarEventFromAvailability({period(wallClock(2024, 1, 1), wallClock(2024, 1, 5))}, offtime);
-    Mapper::addCalendarEventFromAvailability({period(wallClock(2024, 1, 1), wallClock(2024, 1, 5)),
-                                              period(wallClock(2024, 1, 5, 23), wallClock(2024, 1, 8)),
-                                              period(wallClock(2024, 1, 9), wallClock(2024, 2, 1))},
-                                             offtime);
+    CalendarMapper::Events offtime;
+    CalendarMapper::addCalendarEventFromAvailability({period(utcInstant(2024, 1, 1), utcInstant(2024, 1, 5))},
+                                                     offtime);
+    CalendarMapper::addCalendarEventFromAvailability(
+        {period(utcInstant(2024, 1, 1), utcInstant(2024, 1, 5)),
+         period(utcInstant(2024, 1, 5, 23), utcInstant(2024, 1, 8)),
+         period(utcInstant(2024, 1, 9), utcInstant(2024, 2, 1))},
+        offtime);
     EXPECT_EQ(eventsText(offtime), "2024-01-08T00:00/2024-01-09T00:00;");
 }
 

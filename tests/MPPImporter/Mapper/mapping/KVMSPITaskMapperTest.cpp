@@ -4,7 +4,7 @@
 
 namespace {
 
-using Mapper = KVMSPITaskMapper;
+using TaskMapper = KVMSPITaskMapper;
 
 TEST(KVMSPITaskMapperTest, TaskTypesInTheOrderOfTheirRows) {
     const struct {
@@ -18,7 +18,7 @@ TEST(KVMSPITaskMapperTest, TaskTypesInTheOrderOfTheirRows) {
         {false, 60, false, false, "task"},    {false, -1, false, false, "task"},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(Mapper::taskType(row.summary, row.duration, row.milestone, row.hammock), row.type)
+        EXPECT_EQ(TaskMapper::taskType(row.summary, row.duration, row.milestone, row.hammock), row.type)
             << row.summary << row.duration << row.milestone << row.hammock;
     }
 }
@@ -28,7 +28,7 @@ TEST(KVMSPITaskMapperTest, AutomaticTasksArePinnedByTheirConstraintAndTheProject
     const std::optional<TVDate> none;
     const struct {
         const char* what;
-        Mapper::AutomaticDates dates;
+        TaskMapper::AutomaticDates dates;
         std::optional<TVDate> start, end;
     } rows[] = {
         {"as soon as possible, inside the project",
@@ -58,7 +58,7 @@ TEST(KVMSPITaskMapperTest, AutomaticTasksArePinnedByTheirConstraintAndTheProject
          none},
     };
     for (const auto& row : rows) {
-        const Mapper::Locks locks = Mapper::automaticTaskLocks(row.dates);
+        const TaskMapper::Locks locks = TaskMapper::automaticTaskLocks(row.dates);
         EXPECT_EQ(locks.start, row.start) << row.what;
         EXPECT_EQ(locks.end, row.end) << row.what;
     }
@@ -66,7 +66,7 @@ TEST(KVMSPITaskMapperTest, AutomaticTasksArePinnedByTheirConstraintAndTheProject
 
 TEST(KVMSPITaskMapperTest, ConstraintDatesAndLinks) {
     const auto element = [](int64_t type, bool startLocked, bool endLocked) {
-        const char* name = Mapper::constraintDateElement(type, startLocked, endLocked);
+        const char* name = TaskMapper::constraintDateElement(type, startLocked, endLocked);
         return std::string(name ? name : "-");
     };
     EXPECT_EQ(element(0, false, false), "-");
@@ -82,7 +82,7 @@ TEST(KVMSPITaskMapperTest, ConstraintDatesAndLinks) {
     EXPECT_EQ(element(8, false, false), "-");
 
     const auto kind = [](int64_t type) {
-        const char* text = Mapper::dependencyKind(type);
+        const char* text = TaskMapper::dependencyKind(type);
         return std::string(text ? text : "-");
     };
     EXPECT_EQ(kind(0) + kind(1) + kind(2) + kind(3) + kind(4) + kind(-1), "FFFSSFSS--");
@@ -99,7 +99,7 @@ TEST(KVMSPITaskMapperTest, LagsInSecondsOrAsAFraction) {
         {5000, 19, "50.000000", true}, {250, 20, "2.500000", true}, {19, 3, "114", false},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(Mapper::leadTime(row.lag, row.format), std::make_pair(row.text, row.isPercentage))
+        EXPECT_EQ(TaskMapper::leadTime(row.lag, row.format), std::make_pair(row.text, row.isPercentage))
             << row.lag;
     }
 }

@@ -7,7 +7,7 @@
 
 namespace {
 
-using Mapper = KVMSPITimephasedDataMapper;
+using TimephasedMapper = KVMSPITimephasedDataMapper;
 
 // A span of the week of 2024-01-08 (a Monday): from day and hour to day and hour, with hours of work.
 MSPITimephasedDataInfo span(const std::string& from, const std::string& to, int hours) {
@@ -16,10 +16,10 @@ MSPITimephasedDataInfo span(const std::string& from, const std::string& to, int 
 }
 
 // "start-end:hours" of each piece, the dates as MSPDI text.
-std::string piecesText(Mapper::Spans spans) {
+std::string piecesText(TimephasedMapper::Spans spans) {
     std::string text;
     for (const auto& piece :
-         Mapper::mergedSpans(std::move(spans), KVMSPEScheduleCalendar::standardCalendar())) {
+         TimephasedMapper::mergedSpans(std::move(spans), KVMSPEScheduleCalendar::standardCalendar())) {
         text += KVMSPIUtilities::mppToMspdiDateTime(*piece.startDate())->substr(8, 5) + "-" +
                 KVMSPIUtilities::mppToMspdiDateTime(*piece.endDate())->substr(8, 5) + ":" +
                 std::to_string(static_cast<int>(piece.duration() / 3600)) + " ";
@@ -49,7 +49,7 @@ TEST(KVMSPITimephasedDataMapperTest, EachScenarioTakesItsOwnTimephasedTypes) {
     std::string accepted;
     for (const int32_t baseline : {-1, 0, 1, 10}) {
         for (int64_t type = 0; type <= 80; ++type) {
-            if (Mapper::isAcceptedType(type, baseline)) {
+            if (TimephasedMapper::isAcceptedType(type, baseline)) {
                 accepted += std::to_string(type) + " ";
             }
         }
