@@ -1,8 +1,10 @@
 #pragma once
 
 #include "MPPCommon/date/DateTestSupport.h"
+#include "MPPCommon/xml/KVMSPCXMLDocument.h"
 #include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -47,6 +49,14 @@ inline std::string withoutNamespace(std::string text) {
         text.erase(at, declaration.size());
     }
     return text;
+}
+
+// The document of a bundle text; a text that doesn't parse fails the test.
+inline KVMSPCXMLDocument::DocumentPtr parsedDocument(const std::string& text) {
+    TVError error;
+    auto document = KVMSPCXMLDocument::initWithXMLString(text, 0, &error);
+    EXPECT_TRUE(document) << text;
+    return document;
 }
 
 // A wall clock of February 2026 in the system zone as the bundle states it: Monday the 2nd to Sunday

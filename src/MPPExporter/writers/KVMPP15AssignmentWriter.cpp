@@ -314,8 +314,8 @@ void KVMPP15AssignmentWriter::writeAssignmentElements(const KVMPPAssignment& ass
         });
     }
     if (baseline) {
-        field(MPPField::assignmentBaselineStart, wallClock(baseline->start));
-        field(MPPField::assignmentBaselineFinish, wallClock(baseline->finish));
+        field(MPPField::assignmentBaselineStart, KVMPPData::wallClock(baseline->start));
+        field(MPPField::assignmentBaselineFinish, KVMPPData::wallClock(baseline->finish));
         m_elements->addDouble(id, kBaselineCostAgainType, baseline->cost * 100.0);
     }
     writeNumberedBaselines(assignment);

@@ -245,5 +245,5 @@ void KVMPPData::writeDaysFromDate(std::optional<TVDate> date) {
 }
 
 void KVMPPData::writeDaysFromDate(std::optional<TVDate> date, uint64_t offset) {
-    encodeMPPDate(date ? std::optional(wallClock(*date)) : std::nullopt, fieldAt(offset, kMPPDateSize));
+    encodeMPPDate(wallClock(date), fieldAt(offset, kMPPDateSize));
 }

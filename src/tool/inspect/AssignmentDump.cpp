@@ -38,7 +38,7 @@ nlohmann::ordered_json phases(const AssignmentReader& reader, int32_t uid) {
 }
 
 // The assignment's values in each baseline that holds it: work as a time span, cost as stored.
-nlohmann::ordered_json assignmentBaselines(const R& reader, int32_t uid) {
+nlohmann::ordered_json assignmentBaselines(const AssignmentReader& reader, int32_t uid) {
     constexpr int32_t kBaselineCount = 11;
     nlohmann::ordered_json list = nlohmann::ordered_json::object();
     for (int32_t number = 0; number < kBaselineCount; ++number) {

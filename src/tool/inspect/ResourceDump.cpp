@@ -42,7 +42,7 @@ nlohmann::ordered_json availability(ResourceReader& reader, int32_t uid) {
 }
 
 // The resource's values in each baseline that holds it: work as a time span, cost as stored.
-nlohmann::ordered_json resourceBaselines(const R& reader, int32_t uid) {
+nlohmann::ordered_json resourceBaselines(const ResourceReader& reader, int32_t uid) {
     nlohmann::ordered_json list = nlohmann::ordered_json::object();
     for (int32_t number = 0; number < kBaselineCount; ++number) {
         if (const KVMSPISingleResourceBaselineReader* baseline = reader.resourceBaseline(uid, number)) {

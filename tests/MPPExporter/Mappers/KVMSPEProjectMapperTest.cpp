@@ -19,10 +19,7 @@ using exportbundle::februaryText;
 using exportbundle::scenario;
 
 KVMSPCXMLDocument::DocumentPtr document(const std::string& text) {
-    TVError error;
-    auto parsed = KVMSPCXMLDocument::initWithXMLString(exportbundle::withoutNamespace(text), 0, &error);
-    EXPECT_TRUE(parsed) << text;
-    return parsed;
+    return exportbundle::parsedDocument(exportbundle::withoutNamespace(text));
 }
 
 // The plan that a scenario maps to, as the model printout shows it; `baselines` more scenarios.

@@ -1,3 +1,4 @@
+#include "MPPExporter/ExportBundleText.h"
 #include "MPPExporter/Mappers/KVMSPEAssignmentBaselineMapper.h"
 #include "MPPExporter/Mappers/KVMSPEMapper.h"
 #include "MPPExporter/Mappers/KVMSPEResourceBaselineMapper.h"
@@ -7,12 +8,7 @@
 
 namespace {
 
-KVMSPCXMLDocument::DocumentPtr parsed(const std::string& text) {
-    TVError error;
-    auto document = KVMSPCXMLDocument::initWithXMLString(text, 0, &error);
-    EXPECT_TRUE(document) << text;
-    return document;
-}
+using exportbundle::parsedDocument;
 
 // A baseline saved by the planning application, one that an import wrote, one without the assignment
 // and one without the resource.
@@ -28,14 +24,15 @@ const char* const kSaved[] = {
 };
 
 struct Plan {
-    KVMSPEMapper::DocumentPtr actual = parsed("<scenario><task id=\"t1\"><assignment idref=\"r1\"/></task>"
-                                              "<resource id=\"r1\"/></scenario>");
+    KVMSPEMapper::DocumentPtr actual =
+        parsedDocument("<scenario><task id=\"t1\"><assignment idref=\"r1\"/></task>"
+                       "<resource id=\"r1\"/></scenario>");
     std::vector<KVMSPEMapper::DocumentPtr> baselines;
     std::unique_ptr<KVMSPEMapper> mapper;
 
     Plan() {
         for (const char* text : kSaved) {
-            baselines.push_back(parsed(text));
+            baselines.push_back(parsedDocument(text));
         }
         mapper = std::make_unique<KVMSPEMapper>(nullptr, nullptr, baselines, TVInfoDictionary{});
     }

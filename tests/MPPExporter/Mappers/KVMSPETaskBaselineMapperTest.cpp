@@ -1,6 +1,7 @@
 #include "MPPExporter/Mappers/KVMSPETaskBaselineMapper.h"
 
 #include "MPPCommon/support/TVException.h"
+#include "MPPExporter/ExportBundleText.h"
 #include "MPPExporter/Mappers/KVMSPEMapper.h"
 #include "MPPExporter/Mappers/MSPETvnxReading.h"
 
@@ -8,12 +9,7 @@
 
 namespace {
 
-KVMSPCXMLDocument::DocumentPtr parsedBundle(const std::string& text) {
-    TVError error;
-    auto parsed = KVMSPCXMLDocument::initWithXMLString(text, 0, &error);
-    EXPECT_TRUE(parsed) << text;
-    return parsed;
-}
+using exportbundle::parsedDocument;
 
 // A baseline saved by the planning application, two that an import wrote, and one without the task.
 const char* const kBaselines[] = {
@@ -30,11 +26,11 @@ const char* const kBaselines[] = {
 TEST(KVMSPETaskBaselineMapper, ReadsEachBaselineDocumentsTaskOfTheSameId) {
     std::vector<KVMSPEMapper::DocumentPtr> baselines;
     for (const char* text : kBaselines) {
-        baselines.push_back(parsedBundle(text));
+        baselines.push_back(parsedDocument(text));
     }
     KVMSPEMapper mapper(nullptr, nullptr, baselines, {});
-    const auto actual = parsedBundle("<scenario><task id=\"t1\"><locked-start-date>2026-02-09T08:00:00Z"
-                                     "</locked-start-date></task></scenario>");
+    const auto actual = parsedDocument("<scenario><task id=\"t1\"><locked-start-date>2026-02-09T08:00:00Z"
+                                       "</locked-start-date></task></scenario>");
     const auto element = actual->rootElement()->elementsForName("task").front();
     const KVMSPCXMLElement& task = *element;
 

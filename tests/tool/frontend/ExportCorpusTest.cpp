@@ -163,35 +163,6 @@ void readBaselines(const fs::path& bundle, Outline& result) {
     }
 }
 
-// The custom fields: the names that the table of contents declares for tasks and for resources, and
-// each name with its value in the user data of each task and resource, by title or name, all sorted,
-// since the import declares and writes them in its own order.
-void readCustomFields(const fs::path& bundle, const KVMSPCXMLElement& plan, Outline& result) {
-    TVError error;
-    const auto toc = KVMSPCXMLDocument::initWithContentsOfURL(bundle / "__TOC.xml", 0, nullptr, &error);
-    for (const auto& [kind, label] : {std::pair{"task", "title"}, std::pair{"resource", "name"}}) {
-        const auto declared =
-            toc && toc->rootElement()
-                ? toc->rootElement()->nodesForXPath(
-                      std::string("project/") + kind + "-user-data-keys/user-data/key", nullptr)
-                : std::nullopt;
-        for (const auto& key : declared.value_or(KVMSPCXMLNode::Nodes{})) {
-            result.customFields.push_back(std::string(kind) + " field " + key->stringValue().value_or(""));
-        }
-        for (const ElementPtr& owner : plan.elementsForName(kind)) {
-            for (const ElementPtr& userData : owner->elementsForName("user-data")) {
-                const auto keys = userData->elementsForName("key");
-                const auto values = userData->elementsForName("string");
-                for (size_t index = 0; index < keys.size() && index < values.size(); ++index) {
-                    result.customFields.push_back(text(child(*owner, label)) + ": " + text(keys[index]) +
-                                                  " = " + text(values[index]));
-                }
-            }
-        }
-    }
-    std::sort(result.customFields.begin(), result.customFields.end());
-}
-
 Outline outline(const fs::path& bundle) {
     TVError error;
     const auto document = KVMSPCXMLDocument::initWithContentsOfURL(bundle / "Actual.xml", 0, nullptr, &error);
@@ -224,7 +195,7 @@ Outline outline(const fs::path& bundle) {
         readCalendar(*schedule, result);
     }
     readBaselines(bundle, result);
-    readCustomFields(bundle, *document->rootElement(), result);
+    result.customFields = bundleread::customFieldLines(bundle, *document->rootElement());
     for (const auto& [depth, task] : order) {
         std::vector<std::string> assigned;
         for (const ElementPtr& assignment : task->elementsForName("assignment")) {

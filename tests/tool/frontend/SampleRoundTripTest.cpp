@@ -1,3 +1,4 @@
+#include "BundleElementReads.h"
 #include "MPPCommon/xml/KVMSPCXMLDocument.h"
 #include "support/TestSupport.h"
 
@@ -155,36 +156,11 @@ Lines assignments(const Plan& plan) {
     return lines;
 }
 
-// The custom fields of tasks and resources: the names that the table of contents declares, sorted,
-// since the import declares them in its own order, and each `key` of an object's user data with the
-// `string` behind it, by the object's title or name.
+// The custom fields of tasks and resources: declared names and each object's values.
 Lines customFields(const Plan& plan) {
-    TVError error;
-    const auto toc = KVMSPCXMLDocument::initWithContentsOfURL(plan.bundle / "__TOC.xml", 0, nullptr, &error);
-    Lines lines;
-    for (const auto& [kind, label] : {std::pair{"task", "title"}, std::pair{"resource", "name"}}) {
-        const auto declared =
-            toc && toc->rootElement()
-                ? toc->rootElement()->nodesForXPath(
-                      std::string("project/") + kind + "-user-data-keys/user-data/key", nullptr)
-                : std::nullopt;
-        for (const auto& key : declared.value_or(KVMSPCXMLNode::Nodes{})) {
-            lines.push_back(std::string(kind) + " field " + key->stringValue().value_or(""));
-        }
-        for (const ElementPtr& owner : plan.elements(kind)) {
-            for (const ElementPtr& userData : owner->elementsForName("user-data")) {
-                const auto keys = userData->elementsForName("key");
-                const auto values = userData->elementsForName("string");
-                for (size_t index = 0; index < keys.size(); ++index) {
-                    lines.push_back(
-                        Plan::value(owner, label) + ": " + keys[index]->stringValue().value_or("") + " = " +
-                        (index < values.size() ? values[index]->stringValue().value_or("") : "?"));
-                }
-            }
-        }
-    }
-    std::sort(lines.begin(), lines.end());
-    return lines;
+    return plan.document && plan.document->rootElement()
+               ? bundleread::customFieldLines(plan.bundle, *plan.document->rootElement())
+               : Lines{};
 }
 
 // Each baseline file of the bundle by name, with the start of each task but the top one that it
