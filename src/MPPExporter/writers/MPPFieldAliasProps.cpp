@@ -3,10 +3,10 @@
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/writers/KVMPPOffsetMarkedData.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 namespace {
 
-constexpr uint32_t kCustomNamesType = 0x4400001;
 // Behind the names the planning application's files hold two empty blocks (each its two sizes 8 and
 // a count 0) and an empty list of field definitions (its count and size), for tasks and resources
 // alike.
@@ -26,7 +26,7 @@ void writeAliases(KVMPPOffsetMarkedData& aliases, const std::vector<std::string>
 
 void writeFieldAliasElement(KVMPPProps& props, const std::vector<std::string>& names,
                             const std::function<uint32_t(int64_t)>& typeForIndex, uint16_t varMetaEnding) {
-    props.startNewElementForType(kCustomNamesType, 0);
+    props.startNewElementForType(kFieldAliasesProperty, 0);
     const uint64_t sizesAt = props.dataSize();
     props.writeInteger(0);
     props.writeInteger(0);

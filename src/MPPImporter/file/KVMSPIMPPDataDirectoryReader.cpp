@@ -100,7 +100,6 @@ KVMSPIMPPDataDirectoryReader::KVMSPIMPPDataDirectoryReader(std::unique_ptr<SSLSt
 }
 
 void KVMSPIMPPDataDirectoryReader::readFieldAliases() {
-    constexpr int32_t kFieldAliasesProperty = 0x4400001;
     std::unique_ptr<SSLStream> stream = directory().childStreamWithName(kDataPropsStreamName);
     if (!stream) {
         return;

@@ -10,6 +10,9 @@ inline constexpr int32_t kMSPDIVersion_2010 = 14;
 inline constexpr int32_t kMSPDIVersion_2013 = 15;
 inline constexpr int32_t kMSPDIVersion_2016 = 16;
 
+// The baselines a plan file can hold: the Baseline and baselines 1 to 10.
+inline constexpr int32_t kMPPBaselineCount = 11;
+
 // Names at the root of a file of format 14 and later, shared with the writers. Directory names begin
 // with three blanks.
 inline constexpr const char* k114DirectoryName = "   114";
@@ -17,6 +20,9 @@ inline constexpr const char* k214DirectoryName = "   214";
 inline constexpr const char* kProjectPropsFileName = "Props14";
 // The project property stream in the data directory.
 inline constexpr const char* kDataPropsStreamName = "Props";
+// The element of a task or resource store's "Props" stream that holds the names the user gave its
+// custom fields.
+inline constexpr int32_t kFieldAliasesProperty = 0x4400001;
 
 // Streams at the root, the same in every version; their names begin with a control character.
 inline constexpr const char* kCompObjFileName = "\001CompObj";

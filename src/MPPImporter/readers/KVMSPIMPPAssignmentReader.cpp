@@ -51,7 +51,7 @@ void KVMSPIMPPAssignmentReader::decodeTimephasedData() {
 }
 
 void KVMSPIMPPAssignmentReader::readBaselines() {
-    for (int32_t number = 0; number < kBaselineCount; ++number) {
+    for (int32_t number = 0; number < kMPPBaselineCount; ++number) {
         BaselineReaders readers;
         for (const int32_t uid : uniqueIDs()) {
             auto reader = std::make_unique<KVMSPISingleAssignmentBaselineReader>(uid, number, *this);
@@ -67,7 +67,7 @@ void KVMSPIMPPAssignmentReader::readBaselines() {
 
 const KVMSPIMPPAssignmentReader::BaselineReaders&
 KVMSPIMPPAssignmentReader::readersForBaseline(int32_t baselineNumber) const {
-    tvAssert(baselineNumber >= 0 && baselineNumber < kBaselineCount,
+    tvAssert(baselineNumber >= 0 && baselineNumber < kMPPBaselineCount,
              stringWithFormat("Invalid baseline number: %ld", static_cast<long>(baselineNumber)));
     return m_baselineReaders[baselineNumber];
 }

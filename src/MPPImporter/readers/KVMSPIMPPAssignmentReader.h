@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsAssignmentReader.h"
 #include "MPPImporter/readers/MPPObjectFieldReads.h"
 
@@ -56,8 +57,6 @@ public:
     const std::vector<int32_t>& assignmentsOf(Owner owner, int32_t ownerUID);
 
 private:
-    static constexpr int32_t kBaselineCount = 11;
-
     // A work field of the assignment, in seconds.
     bool readSeconds(MPPField field, int32_t uid, double& value, TVError* error);
     void decodeTimephasedData();
@@ -68,6 +67,6 @@ private:
     MPPObjectFieldReads m_reads;
     int32_t m_baselineNumber = -1;
     KVMSPITimephasedDataMap m_timephasedDataMap;
-    std::array<BaselineReaders, kBaselineCount> m_baselineReaders;
+    std::array<BaselineReaders, kMPPBaselineCount> m_baselineReaders;
     std::optional<std::array<std::unordered_map<int32_t, std::vector<int32_t>>, 2>> m_assignmentsByOwner;
 };

@@ -53,7 +53,7 @@ void KVMSPIMPPResourceReader::sortUniqueIDsByResourceID() {
 }
 
 void KVMSPIMPPResourceReader::readBaselines() {
-    for (int32_t number = 0; number < kBaselineCount; ++number) {
+    for (int32_t number = 0; number < kMPPBaselineCount; ++number) {
         bool marked = false;
         if (!hasBaseline(0, number, marked) || !marked) {
             tvLog(stringWithFormat("        No baseline %d", number));
@@ -72,13 +72,13 @@ void KVMSPIMPPResourceReader::readBaselines() {
 
 const KVMSPIMPPResourceReader::BaselineReaders&
 KVMSPIMPPResourceReader::readersForBaseline(int32_t baselineNumber) const {
-    tvAssert(baselineNumber >= 0 && baselineNumber < kBaselineCount,
+    tvAssert(baselineNumber >= 0 && baselineNumber < kMPPBaselineCount,
              stringWithFormat("Invalid baseline number: %ld", static_cast<long>(baselineNumber)));
     return m_baselineReaders[baselineNumber];
 }
 
 const KVMSPISingleResourceBaselineReader* KVMSPIMPPResourceReader::selectedBaseline(int32_t uid) const {
-    return m_baselineNumber < kBaselineCount ? resourceBaseline(uid, m_baselineNumber) : nullptr;
+    return m_baselineNumber < kMPPBaselineCount ? resourceBaseline(uid, m_baselineNumber) : nullptr;
 }
 
 const KVMSPISingleResourceBaselineReader* KVMSPIMPPResourceReader::resourceBaseline(int32_t uid,
@@ -223,7 +223,7 @@ bool KVMSPIMPPResourceReader::resourceAvailability(int32_t uid,
 // to 10. The files set the marks of baselines 1 to 10 only with timephased data, so the values count
 // too; the Fixed2 meta item's baseline bits agree with this wherever the files set them.
 bool KVMSPIMPPResourceReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* /*error*/) {
-    if (index < 0 || index >= kBaselineCount || varDataReader() == nullptr) {
+    if (index < 0 || index >= kMPPBaselineCount || varDataReader() == nullptr) {
         return false;
     }
     const KVMSPIMPPPropertyList& list = MPPPropertyList();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsResourceReader.h"
 #include "MPPImporter/readers/MPPObjectFieldReads.h"
 
@@ -57,8 +58,6 @@ public:
                               TVError* error = nullptr) override;
 
 private:
-    static constexpr int32_t kBaselineCount = 11;
-
     // The baseline reader of the resource in the selected baseline, if it has data there.
     const KVMSPISingleResourceBaselineReader* selectedBaseline(int32_t uid) const;
     void sortUniqueIDsByResourceID();
@@ -71,5 +70,5 @@ private:
     std::optional<std::unordered_map<int32_t, double>> m_assignedWork;
     std::vector<int32_t> m_uniqueIDs;
     int32_t m_baselineNumber = -1;
-    std::array<BaselineReaders, kBaselineCount> m_baselineReaders;
+    std::array<BaselineReaders, kMPPBaselineCount> m_baselineReaders;
 };

@@ -74,7 +74,7 @@ void KVMSPIMPPTaskReader::sortUniqueIDsByTaskID() {
 // holds data in it.
 void KVMSPIMPPTaskReader::readBaselines() {
     tvLog("      Reading task baselines......");
-    for (int32_t number = 0; number < kBaselineCount; ++number) {
+    for (int32_t number = 0; number < kMPPBaselineCount; ++number) {
         BaselineReaders& readers = m_baselineReaders[static_cast<size_t>(number)];
         for (int32_t uid : m_uniqueIDs) {
             if (!isValidUID(uid)) {
@@ -164,7 +164,7 @@ void KVMSPIMPPTaskReader::buildParentTaskMapFromOutline() {
 
 const KVMSPIMPPTaskReader::BaselineReaders&
 KVMSPIMPPTaskReader::readersForBaseline(int32_t baselineNumber) const {
-    tvAssert(baselineNumber >= 0 && baselineNumber < kBaselineCount,
+    tvAssert(baselineNumber >= 0 && baselineNumber < kMPPBaselineCount,
              stringWithFormat("Invalid baseline number: %ld", static_cast<long>(baselineNumber)));
     return m_baselineReaders[static_cast<size_t>(baselineNumber)];
 }
@@ -345,7 +345,7 @@ bool KVMSPIMPPTaskReader::taskPreLeveledStart(int32_t uid, TVDate& value, TVErro
 }
 
 const KVMSPISingleTaskBaselineReader* KVMSPIMPPTaskReader::selectedBaseline(int32_t uid) const {
-    if (m_baselineNumber >= kBaselineCount) {
+    if (m_baselineNumber >= kMPPBaselineCount) {
         return nullptr;
     }
     const BaselineReaders& readers = m_baselineReaders[static_cast<size_t>(m_baselineNumber)];
@@ -474,7 +474,7 @@ bool KVMSPIMPPTaskReader::taskManual(int32_t uid, bool& value, TVError* error) {
 
 // Whether the task holds data in the baseline, as read at open.
 bool KVMSPIMPPTaskReader::hasBaseline(int32_t uid, int32_t index, bool& value, TVError* /*error*/) {
-    if (index < 0 || index >= kBaselineCount || !isValidUID(uid)) {
+    if (index < 0 || index >= kMPPBaselineCount || !isValidUID(uid)) {
         return false;
     }
     value = m_baselineReaders[static_cast<size_t>(index)].count(uid) != 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsTaskReader.h"
 #include "MPPImporter/readers/MPPObjectFieldReads.h"
 
@@ -105,8 +106,6 @@ public:
                           TVError* error = nullptr) override;
 
 private:
-    static constexpr int32_t kBaselineCount = 11;
-
     // The baseline reader of the task in the selected baseline, if it has data there.
     const KVMSPISingleTaskBaselineReader* selectedBaseline(int32_t uid) const;
 
@@ -119,7 +118,7 @@ private:
     MPPObjectFieldReads m_reads;
     std::vector<int32_t> m_uniqueIDs;
     int32_t m_baselineNumber = -1;
-    std::array<BaselineReaders, kBaselineCount> m_baselineReaders;
+    std::array<BaselineReaders, kMPPBaselineCount> m_baselineReaders;
     std::unordered_map<int32_t, int32_t> m_parentTaskMap;
     std::unordered_set<int32_t> m_summaryTaskUIDs;
 };

@@ -1,5 +1,6 @@
 #include "tool/inspect/AssignmentDump.h"
 
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsAssignmentReader.h"
 #include "MPPImporter/readers/KVMSPISingleAssignmentBaselineReader.h"
 #include "MPPImporter/readers/KVMSPISingleTimephasedDataReader.h"
@@ -39,9 +40,8 @@ nlohmann::ordered_json phases(const AssignmentReader& reader, int32_t uid) {
 
 // The assignment's values in each baseline that holds it: work as a time span, cost as stored.
 nlohmann::ordered_json assignmentBaselines(const AssignmentReader& reader, int32_t uid) {
-    constexpr int32_t kBaselineCount = 11;
     nlohmann::ordered_json list = nlohmann::ordered_json::object();
-    for (int32_t number = 0; number < kBaselineCount; ++number) {
+    for (int32_t number = 0; number < kMPPBaselineCount; ++number) {
         const KVMSPISingleAssignmentBaselineReader* baseline = reader.assignmentBaseline(uid, number);
         if (baseline == nullptr) {
             continue;

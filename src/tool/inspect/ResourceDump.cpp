@@ -1,5 +1,6 @@
 #include "tool/inspect/ResourceDump.h"
 
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsResourceReader.h"
 #include "MPPImporter/readers/KVMSPISingleResourceBaselineReader.h"
 #include "tool/inspect/CustomFieldDump.h"
@@ -8,8 +9,6 @@
 namespace {
 
 using ResourceReader = KVMSPIMPPAbsResourceReader;
-
-constexpr int32_t kBaselineCount = 11;
 
 void addResourceFields(ResourceReader& reader, int32_t uid, nlohmann::ordered_json& resource) {
     ReaderFieldDump<ResourceReader, int32_t>(reader, resource, uid)
@@ -44,7 +43,7 @@ nlohmann::ordered_json availability(ResourceReader& reader, int32_t uid) {
 // The resource's values in each baseline that holds it: work as a time span, cost as stored.
 nlohmann::ordered_json resourceBaselines(const ResourceReader& reader, int32_t uid) {
     nlohmann::ordered_json list = nlohmann::ordered_json::object();
-    for (int32_t number = 0; number < kBaselineCount; ++number) {
+    for (int32_t number = 0; number < kMPPBaselineCount; ++number) {
         if (const KVMSPISingleResourceBaselineReader* baseline = reader.resourceBaseline(uid, number)) {
             nlohmann::ordered_json values = nlohmann::ordered_json::object();
             if (baseline->hasWork()) {
@@ -67,9 +66,10 @@ nlohmann::ordered_json ResourceDump::of(ResourceReader& reader) {
         resources.push_back(dumpObject(uid, [&](nlohmann::ordered_json& resource) {
             addResourceFields(reader, uid, resource);
             resource["resourceAvailability"] = availability(reader, uid);
-            resource["hasBaseline"] = numberedFlags(0, kBaselineCount - 1, [&](int32_t index, bool& value) {
-                return reader.hasBaseline(uid, index, value, nullptr);
-            });
+            resource["hasBaseline"] =
+                numberedFlags(0, kMPPBaselineCount - 1, [&](int32_t index, bool& value) {
+                    return reader.hasBaseline(uid, index, value, nullptr);
+                });
             resource["resourceBaselines"] = resourceBaselines(reader, uid);
             resource["resourceCustomFields"] = CustomFieldDump::of(
                 [&](auto& fields) { return reader.resourceCustomFields(uid, fields, nullptr); });

@@ -1,5 +1,6 @@
 #include "tool/inspect/TaskDump.h"
 
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsConstraintReader.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsTaskReader.h"
 #include "MPPImporter/readers/KVMSPISinglePredecessorLinkReader.h"
@@ -13,7 +14,6 @@ namespace {
 using TaskReader = KVMSPIMPPAbsTaskReader;
 
 constexpr int32_t kFlagCount = 20;
-constexpr int32_t kBaselineCount = 11;
 
 void addTaskFields(TaskReader& reader, int32_t uid, nlohmann::ordered_json& task) {
     ReaderFieldDump<TaskReader, int32_t>(reader, task, uid)
@@ -98,7 +98,7 @@ nlohmann::ordered_json TaskDump::of(TaskReader& reader, const KVMSPIMPPAbsConstr
             task["taskFlag"] = numberedFlags(1, kFlagCount, [&](int32_t flag, bool& value) {
                 return reader.taskFlag(flag, uid, value, nullptr);
             });
-            task["hasBaseline"] = numberedFlags(0, kBaselineCount - 1, [&](int32_t index, bool& value) {
+            task["hasBaseline"] = numberedFlags(0, kMPPBaselineCount - 1, [&](int32_t index, bool& value) {
                 return reader.hasBaseline(uid, index, value, nullptr);
             });
             task["taskCustomFields"] = CustomFieldDump::of(
