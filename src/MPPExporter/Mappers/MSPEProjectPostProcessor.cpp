@@ -3,13 +3,11 @@
 #include "MPPCommon/date/StringExtensions.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 #include <vector>
 
 namespace {
-
-// The resource key of an assignment on the unassigned resource.
-constexpr int32_t kUnassignedResourceUID = -65535;
 
 // What a failure names as the class of a field's content: a key that survived, or the object.
 template <class T>
@@ -111,7 +109,7 @@ MSPEProjectPostProcessor::resolveCalendar(const MPPDeferred<KVMPPCalendar>& key,
 std::shared_ptr<KVMPPResource>
 MSPEProjectPostProcessor::resolveResource(const MPPDeferred<KVMPPResource>& key) const {
     tvAssert(key.isKey(), "Unexpected resource proxy class: " + contentDescription(key, "KVMPPResource"));
-    if (intValue(*key.key()) == kUnassignedResourceUID) {
+    if (intValue(*key.key()) == kMPPUnassignedResourceUID) {
         return nullptr;
     }
     // A resource that resource mapping didn't make (a group, or one outside the resource tree)

@@ -10,6 +10,9 @@ inline constexpr int32_t kMSPDIVersion_2010 = 14;
 inline constexpr int32_t kMSPDIVersion_2013 = 15;
 inline constexpr int32_t kMSPDIVersion_2016 = 16;
 
+// The resource of the assignment that a task without resources holds.
+inline constexpr int32_t kMPPUnassignedResourceUID = -65535;
+
 // The baselines a plan file can hold: the Baseline and baselines 1 to 10.
 inline constexpr int32_t kMPPBaselineCount = 11;
 
