@@ -90,6 +90,42 @@ private:
     xmlDocPtr m_doc;
 };
 
+// The XPath context of this thread, made once and pointed at each query's document and node. Making a
+// context registers every XPath function anew, which cost more than most queries of the export's
+// mapping. Between queries the context points at no document, so a freed one is never reached.
+class ReusedXPathContext {
+public:
+    ReusedXPathContext() : m_context(xmlXPathNewContext(nullptr)) {
+        tvAssert(m_context != nullptr, "Out of memory for an XPath context");
+    }
+    ReusedXPathContext(const ReusedXPathContext&) = delete;
+    ReusedXPathContext& operator=(const ReusedXPathContext&) = delete;
+    ~ReusedXPathContext() { xmlXPathFreeContext(m_context); }
+
+    // The context for a query from `node` of `doc`, knowing the prefixes that the root element declares.
+    xmlXPathContextPtr pointedAt(xmlDocPtr doc, xmlNodePtr node) {
+        m_context->doc = doc;
+        m_context->node = node;
+        xmlXPathRegisteredNsCleanup(m_context);
+        if (doc->children != nullptr && doc->children->type == XML_ELEMENT_NODE) {
+            for (xmlNsPtr ns = doc->children->nsDef; ns != nullptr; ns = ns->next) {
+                if (ns->prefix != nullptr) {
+                    xmlXPathRegisterNs(m_context, ns->prefix, ns->href);
+                }
+            }
+        }
+        return m_context;
+    }
+    void release() {
+        m_context->doc = nullptr;
+        m_context->node = nullptr;
+        xmlXPathRegisteredNsCleanup(m_context);
+    }
+
+private:
+    xmlXPathContextPtr m_context;
+};
+
 std::string constantsDescription(const KVMSPIXQueryConstants& constants) {
     std::string text = "{";
     for (const auto& [key, value] : constants) {
@@ -690,16 +726,8 @@ std::optional<KVMSPCXMLNode::Nodes> KVMSPCXMLNode::nodesForXPath(const std::stri
         temporary.emplace(node);
         doc = temporary->doc();
     }
-    xmlXPathContextPtr context = xmlXPathNewContext(doc);
-    tvAssert(context != nullptr, "Out of memory for an XPath context");
-    context->node = node;
-    if (doc->children != nullptr && doc->children->type == XML_ELEMENT_NODE) {
-        for (xmlNsPtr ns = doc->children->nsDef; ns != nullptr; ns = ns->next) {
-            if (ns->prefix != nullptr) {
-                xmlXPathRegisterNs(context, ns->prefix, ns->href);
-            }
-        }
-    }
+    thread_local ReusedXPathContext reused;
+    xmlXPathContextPtr context = reused.pointedAt(doc, node);
     std::optional<Nodes> nodes;
     if (xmlXPathObjectPtr result = xmlXPathEvalExpression(MSPCGetXMLString(xpath), context)) {
         nodes.emplace();
@@ -721,7 +749,7 @@ std::optional<KVMSPCXMLNode::Nodes> KVMSPCXMLNode::nodesForXPath(const std::stri
         setError(error, lastError().value_or(
                             TVError::make(kMSPCXMLErrorDomain, XML_XPATH_EXPR_ERROR, "Invalid expression")));
     }
-    xmlXPathFreeContext(context);
+    reused.release();
     return nodes;
 }
 
