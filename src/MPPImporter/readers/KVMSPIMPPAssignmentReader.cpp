@@ -88,18 +88,6 @@ bool KVMSPIMPPAssignmentReader::readSeconds(MPPField field, int32_t uid, double&
     return true;
 }
 
-bool KVMSPIMPPAssignmentReader::readWork(MPPField field, int32_t uid, double& value, TVError* error) {
-    if (!readSeconds(field, uid, value, error)) {
-        return false;
-    }
-    int32_t resourceUID = 0;
-    if (appVersion() < kMSPDIVersion_2010 && assignmentResourceUID(uid, resourceUID) &&
-        resourceUID == kMPPUnassignedResourceUID) {
-        value = 0;
-    }
-    return true;
-}
-
 bool KVMSPIMPPAssignmentReader::assignmentFinish(int32_t uid, TVDate& value, TVError* error) {
     return m_reads.read(MPPField::assignmentFinish, uid, value, error);
 }
@@ -121,7 +109,7 @@ bool KVMSPIMPPAssignmentReader::assignmentUnits(int32_t uid, double& value, TVEr
 }
 
 bool KVMSPIMPPAssignmentReader::assignmentWork(int32_t uid, double& value, TVError* error) {
-    return readWork(MPPField::assignmentWork, uid, value, error);
+    return readSeconds(MPPField::assignmentWork, uid, value, error);
 }
 
 bool KVMSPIMPPAssignmentReader::assignmentActualWork(int32_t uid, double& value, TVError* error) {
@@ -129,7 +117,7 @@ bool KVMSPIMPPAssignmentReader::assignmentActualWork(int32_t uid, double& value,
 }
 
 bool KVMSPIMPPAssignmentReader::assignmentRemainingWork(int32_t uid, double& value, TVError* error) {
-    return readWork(MPPField::assignmentRemainingWork, uid, value, error);
+    return readSeconds(MPPField::assignmentRemainingWork, uid, value, error);
 }
 
 bool KVMSPIMPPAssignmentReader::assignmentCost(int32_t uid, double& value, TVError* error) {

@@ -59,10 +59,6 @@ public:
 private:
     // A work field of the assignment, in seconds.
     bool readSeconds(MPPField field, int32_t uid, double& value, TVError* error);
-    // The work or remaining work of the assignment, in seconds. An assignment without a resource keeps
-    // its task's scheduled span there. Applications before 14 give it no work, as they give its task
-    // none; later ones show the span. The answer is that of the application that saved the file.
-    bool readWork(MPPField field, int32_t uid, double& value, TVError* error);
     void decodeTimephasedData();
     // Reads the baselines of every assignment, each of its own marks: an assignment's baseline may be
     // saved where its task's is not.

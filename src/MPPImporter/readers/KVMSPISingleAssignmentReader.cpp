@@ -33,6 +33,26 @@ KVMSPISingleAssignmentReader::KVMSPISingleAssignmentReader(int32_t uid, KVMSPIMP
     }
 }
 
+bool KVMSPISingleAssignmentReader::showsNoWork() const {
+    return m_resourceUID == kMPPUnassignedResourceUID && m_assignmentReader.appVersion() < kMSPDIVersion_2010;
+}
+
+bool KVMSPISingleAssignmentReader::shownWork(double& value, TVError* error) const {
+    if (!assignmentWork(value, error)) {
+        return false;
+    }
+    value = showsNoWork() ? 0.0 : value;
+    return true;
+}
+
+bool KVMSPISingleAssignmentReader::shownRemainingWork(double& value, TVError* error) const {
+    if (!assignmentRemainingWork(value, error)) {
+        return false;
+    }
+    value = showsNoWork() ? 0.0 : value;
+    return true;
+}
+
 bool KVMSPISingleAssignmentReader::assignmentUID(int32_t& value, TVError* /*error*/) const {
     value = uid();
     return true;

@@ -47,6 +47,11 @@ public:
     bool assignmentRemainingWork(double& value, TVError* error = nullptr) const {
         return m_assignmentReader.assignmentRemainingWork(uid(), value, error);
     }
+    // The work and remaining work as the application that saved the file shows them. An assignment
+    // without a resource keeps its task's scheduled span in its work fields. Applications before 14
+    // show it no work, as they show its task none; later ones show the span.
+    bool shownWork(double& value, TVError* error = nullptr) const;
+    bool shownRemainingWork(double& value, TVError* error = nullptr) const;
     bool assignmentCost(double& value, TVError* error = nullptr) const {
         return m_assignmentReader.assignmentCost(uid(), value, error);
     }
@@ -56,6 +61,8 @@ protected:
 
 private:
     KVMSPISingleAssignmentReader(int32_t uid, KVMSPIMPPAssignmentReader& reader, bool withPhases);
+    // Whether the saving application shows this assignment's work fields as no work.
+    bool showsNoWork() const;
 
     KVMSPIMPPAssignmentReader& m_assignmentReader;
     int32_t m_resourceUID = -1;

@@ -13,17 +13,18 @@ KVMSPIXQAssignmentAdapter::KVMSPIXQAssignmentAdapter(KVMSPIXQResponder& reader)
     : KVMSPIXQLeafAdapter(reader, "MSPIXQAssignmentAdapter: Incorrect reader %s.", assignmentLeaves()) {}
 
 const KVMSPIXQAssignmentAdapter::Leaves& KVMSPIXQAssignmentAdapter::assignmentLeaves() {
-    // The reader holds work in seconds.
+    // The reader holds work in seconds. The work fields are answered as the saving application shows
+    // them, as its interchange files give them.
     static const Leaves leaves{
         .strings =
             {
                 {"ResourceUID", stringLeaf(&Assignment::assignmentResourceUID, decimalText)},
                 {"TaskUID", stringLeaf(&Assignment::assignmentTaskUID, decimalText)},
-                {"Work", stringLeaf(&Assignment::assignmentWork, KVMSPIUtilities::mppToMspdiDuration)},
+                {"Work", stringLeaf(&Assignment::shownWork, KVMSPIUtilities::mppToMspdiDuration)},
                 {"ActualWork",
                  stringLeaf(&Assignment::assignmentActualWork, KVMSPIUtilities::mppToMspdiDuration)},
                 {"RemainingWork",
-                 stringLeaf(&Assignment::assignmentRemainingWork, KVMSPIUtilities::mppToMspdiDuration)},
+                 stringLeaf(&Assignment::shownRemainingWork, KVMSPIUtilities::mppToMspdiDuration)},
             },
         .integers =
             {
