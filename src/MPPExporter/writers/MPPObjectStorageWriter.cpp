@@ -5,9 +5,11 @@
 
 namespace {
 
-// The words of the header elements: the first of a fixed meta entry, and the second of a record.
-constexpr uint32_t kObjectHeaderMetaWord = 4;
+// The header elements: the size of a record and its second word, and the first word of its fixed meta
+// entry.
+constexpr size_t kObjectHeaderRecordSize = 16;
 constexpr uint16_t kObjectHeaderRecordWord = 0xFFFF;
+constexpr uint32_t kObjectHeaderMetaWord = 4;
 
 } // namespace
 
@@ -48,7 +50,7 @@ void MPPObjectStorageWriter::writeFixedData() {
             m_fixedData->startNewElement();
             m_fixedData->write2ByteInteger(static_cast<uint16_t>(header));
             m_fixedData->write2ByteInteger(kObjectHeaderRecordWord);
-            m_fixedData->writeZeroesBlockOfSize(layout.headerElementSize - 4);
+            m_fixedData->writeZeroesBlockOfSize(kObjectHeaderRecordSize - 4);
             m_fixedData->closeCurrentElement();
         }
         writeFixedDataRecords();

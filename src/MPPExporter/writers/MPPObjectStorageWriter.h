@@ -25,9 +25,8 @@ inline constexpr double kUnsetFigure = -1.0e-6;
 // their meta entries, and the ending of the variable meta entries.
 struct MPPObjectStorageLayout {
     // Header elements in front of the records of each fixed data stream. A header element of the
-    // fixed data holds its index, 0xFFFF and zeros; one of the second fixed data only zeros.
+    // fixed data holds its index, 0xFFFF and zeros (16 bytes); one of the second fixed data only zeros.
     size_t headerElements = 0;
-    size_t headerElementSize = 16;
     size_t fixed2RecordSize = 0;
     // A fixed meta entry: a header element's entry holds 4 and the mark, the rest zeros.
     size_t fixedMetaEntrySize = 0;
