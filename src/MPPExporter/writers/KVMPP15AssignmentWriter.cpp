@@ -15,6 +15,7 @@
 #include <chrono>
 #include <cmath>
 #include <limits>
+#include <map>
 
 namespace {
 
@@ -22,21 +23,21 @@ using enum MPPFieldBlock;
 
 // The assignment record of the fixed data, as applications 15 and 16 write it. The fields that the
 // readers read are placed by the catalogue; these are the words around them that only the writer knows.
-constexpr size_t kRecordSize = 110;
+constexpr size_t kAssignmentRecordSize = 110;
 constexpr size_t kWorkAgainOffset = 36;
 constexpr size_t kStartAgainOffsets[] = {60, 104};
-constexpr size_t kActualCostOffset = 76;
-constexpr size_t kRemainingCostOffset = 84;
+constexpr size_t kAssignmentActualCostOffset = 76;
+constexpr size_t kAssignmentRemainingCostOffset = 84;
 constexpr size_t kWorkFormatOffset = 92;
 constexpr uint16_t kWorkFormatHours = 7;
 // The resource word of an assignment without a resource.
 constexpr uint32_t kNoResource = 0xFFFF0001;
 
-constexpr size_t kMetaEntrySize = 34;
-constexpr size_t kMetaEntryStart = 8;
+// The entry sizes of the meta streams; the fixed streams have no header elements.
+constexpr MPPObjectStorageLayout kAssignmentStorage = {
+    .fixedMetaEntrySize = 34, .fixed2MetaEntrySize = 53, .varMetaEnding = 0x0F40};
 constexpr uint32_t kFreeSlotMark = 2;
 
-constexpr size_t kFixed2MetaEntrySize = 53;
 constexpr size_t kFixed2BaselineMarkOffset = 35;
 constexpr size_t kFixed2BitmapOffset = 36;
 constexpr size_t kFixed2BitmapSize = 17;
@@ -44,17 +45,14 @@ constexpr size_t kFixed2BitmapSize = 17;
 constexpr MPPGuid kNoResourceGuid = {0x78, 0x8B, 0xCB, 0xA0, 0x8C, 0x2A, 0x6D, 0x43,
                                      0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xFF};
 
-constexpr uint16_t kVarMetaEnding = 0x0F40;
-
 // Element types of the variable data that no reader reads. The planned work, which holds the
 // timephased block, and the baselines are placed by the catalogue and the key tables.
 constexpr uint32_t kCompleteWorkType = 0x32;
 constexpr uint32_t kNotesType = 0x47;
 constexpr uint32_t kBaselineCostAgainType = 0x10B;
 constexpr uint32_t kStreamDateType = 0x27A;
-constexpr uint32_t kBlankType = 0x29B;
-constexpr uint32_t kBaselineTailTypes[] = {0x2A1, 0x2A2};
-constexpr int64_t kMaxBaselineNumber = 10;
+constexpr uint32_t kAssignmentBlankType = 0x29B;
+constexpr uint32_t kAssignmentBaselineTailTypes[] = {0x2A1, 0x2A2};
 
 // The timephased block: its header words, and the rate word of each stretch.
 constexpr uint16_t kBlockHeaderWord = 32;
@@ -64,9 +62,6 @@ constexpr double kCompleteRate = 10000.0;
 constexpr uint16_t kFirstStretchMarks[] = {0x2BF0, 0x18};
 // Working time in the block is counted in 80ths of a minute.
 constexpr int64_t kUnitsPerMinute = 80;
-
-// -1.0e-6, the value that the application keeps in unset baseline figures.
-constexpr double kUnsetFigure = -1.0e-6;
 
 // Work in seconds as thousandths of a minute.
 double work(double seconds) {
@@ -94,7 +89,7 @@ const KVMPPTask& taskOf(const KVMPPAssignment& assignment) {
     return *task;
 }
 
-void append(std::vector<uint8_t>& bytes, auto value) {
+void appendToBlock(std::vector<uint8_t>& bytes, auto value) {
     const size_t at = bytes.size();
     bytes.resize(at + sizeof(value));
     encodeMPPNumber(value, std::span(bytes).subspan(at));
@@ -138,24 +133,12 @@ void KVMPP15AssignmentWriter::preprocessProject(KVMPPProject& project) {
     }
 }
 
-bool KVMPP15AssignmentWriter::writeDataForProject(const KVMPPProject* project) {
-    return regenerate(project, [this] {
-        writeVar2Data();
-        writeVarMeta();
-        writeFixedData();
-        writeFixedMeta();
-        writeFixed2Data();
-        writeFixed2Meta();
-        cloneChildStreamFromTemplate("Props");
-    });
+const MPPObjectStorageLayout& KVMPP15AssignmentWriter::storageLayout() const {
+    return kAssignmentStorage;
 }
 
-std::map<uint64_t, const KVMPPAssignment*> KVMPP15AssignmentWriter::assignmentsByID() const {
-    std::map<uint64_t, const KVMPPAssignment*> byID;
-    for (const auto& assignment : project().assignments) {
-        byID.emplace(assignment->ID, assignment.get());
-    }
-    return byID;
+void KVMPP15AssignmentWriter::writeProps() {
+    cloneChildStreamFromTemplate(kObjectPropsStreamName);
 }
 
 std::array<double, 5> KVMPP15AssignmentWriter::workFigures(const KVMPPAssignment& assignment) {
@@ -183,23 +166,23 @@ std::vector<uint8_t> KVMPP15AssignmentWriter::plannedWork(const KVMPPAssignment&
                                           kUnitsPerMinute)
                               : 0;
     std::vector<uint8_t> bytes;
-    append(bytes, static_cast<uint16_t>(phases.empty() ? 0 : 2 * phases.size() - 1));
-    append(bytes, kBlockHeaderWord);
-    append(bytes, kBlockHeaderSize);
-    append(bytes, kBlockRate);
-    append(bytes, remaining);
-    append(bytes, span);
-    append(bytes, uint32_t{0});
+    appendToBlock(bytes, static_cast<uint16_t>(phases.empty() ? 0 : 2 * phases.size() - 1));
+    appendToBlock(bytes, kBlockHeaderWord);
+    appendToBlock(bytes, kBlockHeaderSize);
+    appendToBlock(bytes, kBlockRate);
+    appendToBlock(bytes, remaining);
+    appendToBlock(bytes, span);
+    appendToBlock(bytes, uint32_t{0});
     if (phases.empty()) {
         for (uint32_t word : {1u, 0u, 0u}) {
-            append(bytes, word);
+            appendToBlock(bytes, word);
         }
         if (assignment.actualWork > 0) {
             for (int i = 0; i < 2; ++i) {
-                append(bytes, remaining);
-                append(bytes, kBlockRate);
-                append(bytes, uint64_t{0});
-                append(bytes, span);
+                appendToBlock(bytes, remaining);
+                appendToBlock(bytes, kBlockRate);
+                appendToBlock(bytes, uint64_t{0});
+                appendToBlock(bytes, span);
             }
         } else {
             bytes.resize(bytes.size() + 28, 0);
@@ -208,47 +191,43 @@ std::vector<uint8_t> KVMPP15AssignmentWriter::plannedWork(const KVMPPAssignment&
     }
     // A record per stretch start and per stretch end but the last: the working time from the start
     // and the work done up to the end of the stretch.
-    append(bytes, uint64_t{0});
+    appendToBlock(bytes, uint64_t{0});
     double done = 0;
     for (size_t i = 0; i < phases.size(); ++i) {
         const KVMPPAssignmentPhase& phase = phases[i];
         done += phase.work * 1000.0 / 60.0;
-        append(bytes, blockWord(static_cast<double>(phase.startShift) * kUnitsPerMinute));
-        append(bytes, done);
-        append(bytes, phase.workPerDay);
+        appendToBlock(bytes, blockWord(static_cast<double>(phase.startShift) * kUnitsPerMinute));
+        appendToBlock(bytes, done);
+        appendToBlock(bytes, phase.workPerDay);
         if (i == 0) {
-            append(bytes, kFirstStretchMarks[0]);
-            append(bytes, kFirstStretchMarks[1]);
+            appendToBlock(bytes, kFirstStretchMarks[0]);
+            appendToBlock(bytes, kFirstStretchMarks[1]);
         } else {
-            append(bytes, uint32_t{0});
+            appendToBlock(bytes, uint32_t{0});
         }
-        append(bytes, uint32_t{0});
+        appendToBlock(bytes, uint32_t{0});
         if (i + 1 < phases.size()) {
-            append(bytes, blockWord(static_cast<double>(phase.finishShift) * kUnitsPerMinute));
-            append(bytes, done);
-            append(bytes, 0.0);
-            append(bytes, uint64_t{0});
+            appendToBlock(bytes, blockWord(static_cast<double>(phase.finishShift) * kUnitsPerMinute));
+            appendToBlock(bytes, done);
+            appendToBlock(bytes, 0.0);
+            appendToBlock(bytes, uint64_t{0});
         }
     }
-    append(bytes, span);
+    appendToBlock(bytes, span);
     return bytes;
 }
 
 // Variable data.
 
-void KVMPP15AssignmentWriter::writeVar2Data() {
-    m_var2Data = std::make_unique<KVMPPVar2Data>();
-    m_elements = std::make_unique<MPPVarElementList>(*m_var2Data);
+void KVMPP15AssignmentWriter::writeVar2DataElements() {
     const auto now = std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch());
     m_streamDate = TVDate::fromUnixSeconds(now.count());
-    writeStream(kVar2DataStreamName, *m_var2Data, [this] {
-        if (project().assignments.empty()) {
-            writeHeaderElements();
-        }
-        for (const auto& assignment : project().assignments) {
-            writeAssignmentElements(*assignment);
-        }
-    });
+    if (project().assignments.empty()) {
+        writeHeaderElements();
+    }
+    for (const auto& assignment : project().assignments) {
+        writeAssignmentElements(*assignment);
+    }
 }
 
 void KVMPP15AssignmentWriter::writeHeaderElements() {
@@ -272,13 +251,8 @@ void KVMPP15AssignmentWriter::writeHeaderElements() {
 
 void KVMPP15AssignmentWriter::writeAssignmentElements(const KVMPPAssignment& assignment) {
     const auto id = static_cast<uint32_t>(assignment.ID);
-    const auto date = [&](uint32_t type, std::optional<TVDate> value) {
-        m_elements->add(id, type, [value](KVMPPVar2Data& data) { data.writeDate(value); });
-    };
     const auto field = [&](MPPField catalogued, const MPPFieldValue& value) {
-        const std::vector<uint8_t> bytes = encodeMPPFieldPayload(layoutVersion(), catalogued, value);
-        m_elements->add(id, mppFieldPropertyNumber(layoutVersion(), catalogued),
-                        [&bytes](KVMPPVar2Data& data) { data.writeData(bytes.data(), bytes.size()); });
+        m_elements->addField(id, catalogued, value);
     };
     const std::optional<KVMPPAssignmentBaseline>& baseline = assignment.baseline0;
     if (baseline) {
@@ -319,10 +293,10 @@ void KVMPP15AssignmentWriter::writeAssignmentElements(const KVMPPAssignment& ass
         m_elements->addDouble(id, kBaselineCostAgainType, baseline->cost * 100.0);
     }
     writeNumberedBaselines(assignment);
-    date(kStreamDateType, m_streamDate);
-    m_elements->addZeroes(id, kBlankType, 16);
+    m_elements->addDate(id, kStreamDateType, m_streamDate);
+    m_elements->addZeroes(id, kAssignmentBlankType, 16);
     if (baseline) {
-        for (uint32_t type : kBaselineTailTypes) {
+        for (uint32_t type : kAssignmentBaselineTailTypes) {
             m_elements->addDouble(id, type, kUnsetFigure);
         }
     }
@@ -345,42 +319,42 @@ void KVMPP15AssignmentWriter::writeNumberedBaselines(const KVMPPAssignment& assi
         };
         m_elements->addDouble(id, property(kAssignmentBaselineWorkGroupKey), work(saved.work));
         m_elements->addDouble(id, property(kAssignmentBaselineCostGroupKey), saved.cost * 100.0);
-        const auto date = [&](int32_t groupKey, std::optional<TVDate> value) {
-            m_elements->add(id, property(groupKey), [value](KVMPPVar2Data& data) { data.writeDate(value); });
-        };
-        date(kAssignmentBaselineStartGroupKey, saved.start);
-        date(kAssignmentBaselineFinishGroupKey, saved.finish);
+        m_elements->addDate(id, property(kAssignmentBaselineStartGroupKey), saved.start);
+        m_elements->addDate(id, property(kAssignmentBaselineFinishGroupKey), saved.finish);
     }
-}
-
-void KVMPP15AssignmentWriter::writeVarMeta() {
-    m_varMeta = std::make_unique<KVMPP15VarMeta>(*m_var2Data, kVarMetaEnding);
-    writeStream(kVarMetaStreamName, *m_varMeta, [this] { m_elements->writeMeta(*m_varMeta); });
 }
 
 // Fixed data.
 
-void KVMPP15AssignmentWriter::writeFixedData() {
-    m_fixedData = std::make_unique<KVMPPFixedData>();
-    writeStream(kFixedDataStreamName, *m_fixedData, [this] {
-        const auto byID = assignmentsByID();
-        const uint64_t last = byID.empty() ? 0 : byID.rbegin()->first;
-        for (uint64_t number = 1; number <= last; ++number) {
-            const auto found = byID.find(number);
-            if (found != byID.end()) {
-                writeAssignmentFixedData(*found->second);
-                continue;
-            }
-            m_fixedData->startNewElement();
-            m_fixedData->writeInteger(static_cast<uint32_t>(number));
-            m_fixedData->writeZeroesBlockOfSize(kRecordSize - 4);
-            m_fixedData->closeCurrentElement();
+void KVMPP15AssignmentWriter::writeNumberedSlots(const std::function<void(const KVMPPAssignment&)>& assigned,
+                                                 const std::function<void(uint64_t)>& unassigned) const {
+    std::map<uint64_t, const KVMPPAssignment*> byID;
+    for (const auto& assignment : project().assignments) {
+        byID.emplace(assignment->ID, assignment.get());
+    }
+    const uint64_t last = byID.empty() ? 0 : byID.rbegin()->first;
+    for (uint64_t number = 1; number <= last; ++number) {
+        const auto found = byID.find(number);
+        if (found != byID.end()) {
+            assigned(*found->second);
+        } else {
+            unassigned(number);
         }
-    });
+    }
+}
+
+void KVMPP15AssignmentWriter::writeFixedDataRecords() {
+    writeNumberedSlots([this](const KVMPPAssignment& assignment) { writeAssignmentFixedData(assignment); },
+                       [this](uint64_t number) {
+                           m_fixedData->startNewElement();
+                           m_fixedData->writeInteger(static_cast<uint32_t>(number));
+                           m_fixedData->writeZeroesBlockOfSize(kAssignmentRecordSize - 4);
+                           m_fixedData->closeCurrentElement();
+                       });
 }
 
 void KVMPP15AssignmentWriter::writeAssignmentFixedData(const KVMPPAssignment& assignment) {
-    std::array<uint8_t, kRecordSize> record{};
+    std::array<uint8_t, kAssignmentRecordSize> record{};
     const std::span<uint8_t> bytes(record);
     const auto put = [&](MPPField field, const MPPFieldValue& value) {
         putMPPField(layoutVersion(), bytes, fixed, field, value);
@@ -404,40 +378,28 @@ void KVMPP15AssignmentWriter::writeAssignmentFixedData(const KVMPPAssignment& as
         encodeMPPTimestamp(start, bytes.subspan(offset));
     }
     put(MPPField::assignmentCost, assignment.cost);
-    encodeMPPHundredths(assignment.actualCost, bytes.subspan(kActualCostOffset));
-    encodeMPPHundredths(assignment.remainingCost, bytes.subspan(kRemainingCostOffset));
+    encodeMPPHundredths(assignment.actualCost, bytes.subspan(kAssignmentActualCostOffset));
+    encodeMPPHundredths(assignment.remainingCost, bytes.subspan(kAssignmentRemainingCostOffset));
     // The files of applications 15 and 16 hold the work format here and zeros behind it.
     encodeMPPNumber(kWorkFormatHours, bytes.subspan(kWorkFormatOffset));
     tvLog(stringWithFormat("+++ curAssignment: %llu, work: %f resource: %llu",
                            static_cast<unsigned long long>(assignment.ID), assignment.work,
                            static_cast<unsigned long long>(resource != nullptr ? resource->ID : 0)));
-    m_fixedData->startNewElement();
-    m_fixedData->writeData(record.data(), record.size());
-    m_fixedData->closeCurrentElement();
+    m_fixedData->writeRecord(record);
 }
 
-void KVMPP15AssignmentWriter::writeFixedMeta() {
-    m_fixedMeta = std::make_unique<KVMPPFixedMeta>(*m_fixedData);
-    writeStream(kFixedMetaStreamName, *m_fixedMeta, [this] {
-        m_fixedMeta->writeMetaHeader();
-        const auto byID = assignmentsByID();
-        const uint64_t last = byID.empty() ? 0 : byID.rbegin()->first;
-        for (uint64_t number = 1; number <= last; ++number) {
-            const auto found = byID.find(number);
-            if (found != byID.end()) {
-                writeAssignmentFixedMeta(*found->second);
-                continue;
-            }
-            m_fixedMeta->writeNextElementStartWithInt(kFreeSlotMark);
-            m_fixedMeta->writeInteger(1);
-            m_fixedMeta->writeZeroesBlockOfSize(kMetaEntrySize - 12);
-        }
-    });
+void KVMPP15AssignmentWriter::writeFixedMetaEntries() {
+    writeNumberedSlots([this](const KVMPPAssignment& assignment) { writeAssignmentFixedMeta(assignment); },
+                       [this](uint64_t) {
+                           m_fixedMeta->writeNextElementStartWithInt(kFreeSlotMark);
+                           m_fixedMeta->writeInteger(1);
+                           m_fixedMeta->writeZeroesBlockOfSize(kAssignmentStorage.fixedMetaEntrySize - 12);
+                       });
 }
 
 void KVMPP15AssignmentWriter::writeAssignmentFixedMeta(const KVMPPAssignment& assignment) {
     const bool saved = assignment.baseline0.has_value();
-    std::array<uint8_t, kMetaEntrySize> entry{};
+    std::array<uint8_t, kAssignmentStorage.fixedMetaEntrySize> entry{};
     entry[8] = 0xF1;
     entry[9] = 0xFF;
     entry[10] = assignment.assignmentPhases.empty() ? 0x23 : 0x27;
@@ -447,38 +409,30 @@ void KVMPP15AssignmentWriter::writeAssignmentFixedMeta(const KVMPPAssignment& as
     entry[14] = saved ? 0xC3 : 0x02;
     entry[15] = saved ? 0x03 : 0;
     entry[32] = saved ? 0x40 : 0;
-    m_fixedMeta->writeNextElementStartWithInt(saved ? 0xC0000 : 0x40000);
-    m_fixedMeta->writeData(entry.data() + kMetaEntryStart, kMetaEntrySize - kMetaEntryStart);
+    m_fixedMeta->writeEntry(saved ? 0xC0000 : 0x40000, entry);
 }
 
 // Second fixed data.
 
-void KVMPP15AssignmentWriter::writeFixed2Data() {
-    m_fixed2Data = std::make_unique<KVMPPFixedData>();
-    writeStream(kFixed2DataStreamName, *m_fixed2Data, [this] {
-        for (const auto& assignment : project().assignments) {
-            const KVMPPResource* resource = resourceOf(*assignment);
-            m_fixed2Data->startNewElement();
-            m_fixed2Data->writeGUID(assignment->getGUID());
-            m_fixed2Data->writeGUID(taskOf(*assignment).getGUID());
-            m_fixed2Data->writeGUID(resource != nullptr ? resource->getGUID() : kNoResourceGuid);
-            m_fixed2Data->closeCurrentElement();
-        }
-    });
+void KVMPP15AssignmentWriter::writeFixed2DataRecords() {
+    for (const auto& assignment : project().assignments) {
+        const KVMPPResource* resource = resourceOf(*assignment);
+        m_fixed2Data->startNewElement();
+        m_fixed2Data->writeGUID(assignment->getGUID());
+        m_fixed2Data->writeGUID(taskOf(*assignment).getGUID());
+        m_fixed2Data->writeGUID(resource != nullptr ? resource->getGUID() : kNoResourceGuid);
+        m_fixed2Data->closeCurrentElement();
+    }
 }
 
-void KVMPP15AssignmentWriter::writeFixed2Meta() {
-    m_fixed2Meta = std::make_unique<KVMPPFixedMeta>(*m_fixed2Data);
-    writeStream(kFixed2MetaStreamName, *m_fixed2Meta, [this] {
-        m_fixed2Meta->writeMetaHeader();
-        for (const auto& assignment : project().assignments) {
-            writeAssignmentFixed2Meta(*assignment);
-        }
-    });
+void KVMPP15AssignmentWriter::writeFixed2MetaEntries() {
+    for (const auto& assignment : project().assignments) {
+        writeAssignmentFixed2Meta(*assignment);
+    }
 }
 
 void KVMPP15AssignmentWriter::writeAssignmentFixed2Meta(const KVMPPAssignment& assignment) {
-    std::array<uint8_t, kFixed2MetaEntrySize> entry{};
+    std::array<uint8_t, kAssignmentStorage.fixed2MetaEntrySize> entry{};
     entry[8] = 0xCF;
     entry[kFixed2BaselineMarkOffset] = assignment.baseline0 ? 0xC2 : 0x02;
     uint8_t* bitmap = entry.data() + kFixed2BitmapOffset;
@@ -494,6 +448,5 @@ void KVMPP15AssignmentWriter::writeAssignmentFixed2Meta(const KVMPPAssignment& a
         bitmap[5 + k] |= 0x78;
         bitmap[6 + k] |= 0x03;
     }
-    m_fixed2Meta->writeNextElementStartWithInt(0);
-    m_fixed2Meta->writeData(entry.data() + kMetaEntryStart, kFixed2MetaEntrySize - kMetaEntryStart);
+    m_fixed2Meta->writeEntry(0, entry);
 }

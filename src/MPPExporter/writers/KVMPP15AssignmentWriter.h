@@ -1,13 +1,11 @@
 #pragma once
 
 #include "MPPCommon/support/TVDate.h"
-#include "MPPExporter/writers/KVMPPWriter.h"
-#include "MPPExporter/writers/MPPVarElementList.h"
+#include "MPPExporter/writers/MPPObjectStorageWriter.h"
 
 #include <array>
 #include <cstdint>
-#include <map>
-#include <memory>
+#include <functional>
 #include <vector>
 
 class KVMPPAssignment;
@@ -16,11 +14,9 @@ class KVMPPAssignment;
 // one per assignment in the second fixed streams, and in the variable data each assignment's planned
 // work, whose timephased block holds the worked stretches of a split task. The property stream is the
 // template's. Fields that the readers read are placed by the catalogue.
-class KVMPP15AssignmentWriter : public KVMPPWriter {
+class KVMPP15AssignmentWriter : public MPPObjectStorageWriter {
 public:
-    using KVMPPWriter::KVMPPWriter;
-
-    bool writeDataForProject(const KVMPPProject* project) override;
+    using MPPObjectStorageWriter::MPPObjectStorageWriter;
 
     // Needs the tasks preprocessed: drops assignments without a task, numbers the others from 1 in ID
     // order, completes their figures from their tasks and makes each one's first baseline its Baseline.
@@ -33,22 +29,27 @@ public:
     static std::vector<uint8_t> plannedWork(const KVMPPAssignment& assignment);
 
 private:
-    void writeVar2Data();
-    void writeVarMeta();
-    void writeFixedData();
-    void writeFixedMeta();
-    void writeFixed2Data();
-    void writeFixed2Meta();
+    const MPPObjectStorageLayout& storageLayout() const override;
 
+    void writeVar2DataElements() override;
     void writeHeaderElements();
     void writeAssignmentElements(const KVMPPAssignment& assignment);
     void writeNumberedBaselines(const KVMPPAssignment& assignment);
-    void writeAssignmentFixedData(const KVMPPAssignment& assignment);
-    void writeAssignmentFixedMeta(const KVMPPAssignment& assignment);
-    void writeAssignmentFixed2Meta(const KVMPPAssignment& assignment);
-    // The assignments by number.
-    std::map<uint64_t, const KVMPPAssignment*> assignmentsByID() const;
 
-    std::unique_ptr<MPPVarElementList> m_elements;
+    // The fixed streams hold a record for every number from 1 to the last assignment's: `unassigned`
+    // writes the one of a number without an assignment.
+    void writeNumberedSlots(const std::function<void(const KVMPPAssignment&)>& assigned,
+                            const std::function<void(uint64_t)>& unassigned) const;
+    void writeFixedDataRecords() override;
+    void writeAssignmentFixedData(const KVMPPAssignment& assignment);
+    void writeFixedMetaEntries() override;
+    void writeAssignmentFixedMeta(const KVMPPAssignment& assignment);
+    void writeFixed2DataRecords() override;
+    void writeFixed2MetaEntries() override;
+    void writeAssignmentFixed2Meta(const KVMPPAssignment& assignment);
+
+    // The template's property stream.
+    void writeProps() override;
+
     TVDate m_streamDate;
 };

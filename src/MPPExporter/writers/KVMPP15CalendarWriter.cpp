@@ -19,13 +19,14 @@ constexpr uint64_t kStandardCalendarID = 1;
 constexpr uint64_t kDefaultResourceCalendarID = 2;
 constexpr uint64_t kFirstBaseCalendarID = 3;
 
-constexpr size_t kHeaderElements = 4;
-constexpr size_t kHeaderElementSize = 16;
+// The header elements of the fixed streams and the entry sizes of the meta streams.
+constexpr MPPObjectStorageLayout kCalendarStorage = {.headerElements = 4,
+                                                     .fixed2RecordSize = 48,
+                                                     .fixedMetaEntrySize = 10,
+                                                     .headerMetaMark = 0x10,
+                                                     .fixed2MetaEntrySize = 9,
+                                                     .varMetaEnding = 0x0D40};
 constexpr size_t kFixedRecordSize = 12;
-constexpr size_t kFixed2RecordSize = 48;
-constexpr uint32_t kHeaderMetaFirstField = 4;
-constexpr uint16_t kHeaderMetaMark = 0x10;
-constexpr uint16_t kVarMetaEnding = 0x0D40;
 
 // The fixed meta entry of a calendar: its count of variable data elements in the high word, and a
 // mark of a base or derived calendar with a bit for a data block.
@@ -42,7 +43,7 @@ int32_t noResource(int32_t layoutVersion) {
     return layoutVersion == kMSPDIVersion_2013 ? 0 : -1;
 }
 
-constexpr int32_t kMinutesPerDay = 24 * 60;
+constexpr int32_t kMinutesInDay = 24 * 60;
 constexpr TVTimeSpan kMicrosecondsPerMinute = 60 * kMicrosecondsPerSecond;
 
 int32_t minutesOf(const MPPCalendarTime& time) {
@@ -133,7 +134,7 @@ KVMPP15CalendarWriter::recordRanges(const std::vector<KVMPPCalendarTimeRange>& r
         // A range that ends at midnight runs to the end of its day, as the files hold it. A range that
         // ends before it starts has no length: it is kept where it starts.
         if (end == 0) {
-            end = kMinutesPerDay;
+            end = kMinutesInDay;
         } else if (end < start) {
             end = start;
         }
@@ -144,15 +145,8 @@ KVMPP15CalendarWriter::recordRanges(const std::vector<KVMPPCalendarTimeRange>& r
 
 // Streams.
 
-bool KVMPP15CalendarWriter::writeDataForProject(const KVMPPProject* project) {
-    return regenerate(project, [this] {
-        writeVar2Data();
-        writeVarMeta();
-        writeFixedData();
-        writeFixedMeta();
-        writeFixed2Data();
-        writeFixed2Meta();
-    });
+const MPPObjectStorageLayout& KVMPP15CalendarWriter::storageLayout() const {
+    return kCalendarStorage;
 }
 
 std::vector<KVMPP15CalendarWriter::Element> KVMPP15CalendarWriter::elements() const {
@@ -183,34 +177,28 @@ uint32_t KVMPP15CalendarWriter::varElementsCount(const Element& element) const {
     return (named ? 1u : 0u) + (calendarDataShouldBeWritten(*element.calendar) ? 1u : 0u);
 }
 
-void KVMPP15CalendarWriter::writeVar2Data() {
+void KVMPP15CalendarWriter::writeVar2DataElements() {
     const MPPVersionTables& tables = *mppVersionTables(layoutVersion());
     const auto namePlace = mppFieldPlace(MPPField::calendarName, layoutVersion(), layoutVersion());
     const auto dataType = mppPropertyID(tables.keyColumn, kCalendarDataKey);
     tvAssert(namePlace && dataType, "The calendar layout has no name or data property.");
-    m_var2Data = std::make_unique<KVMPPVar2Data>();
-    writeStream(kVar2DataStreamName, *m_var2Data, [&] {
-        for (const Element& element : elements()) {
-            if (element.kind == Kind::defaultResource) {
-                continue;
-            }
-            const KVMPPCalendar& calendar = *element.calendar;
-            const auto id = static_cast<uint32_t>(calendar.ID);
-            if (calendar.name && !calendar.name->empty()) {
-                m_var2Data->startNewElementWithType(namePlace->position, id);
-                m_var2Data->writeString(*calendar.name, kMPPDataEncodingUTF16LE);
-                m_var2Data->closeCurrentElement();
-                m_varElements.emplace_back(id, namePlace->position);
-            }
-            if (calendarDataShouldBeWritten(calendar)) {
-                const std::vector<uint8_t> bytes = calendarData(calendar);
-                m_var2Data->startNewElementWithType(*dataType, id);
-                m_var2Data->writeData(bytes.data(), bytes.size());
-                m_var2Data->closeCurrentElement();
-                m_varElements.emplace_back(id, *dataType);
-            }
+    for (const Element& element : elements()) {
+        if (element.kind == Kind::defaultResource) {
+            continue;
         }
-    });
+        const KVMPPCalendar& calendar = *element.calendar;
+        const auto id = static_cast<uint32_t>(calendar.ID);
+        if (calendar.name && !calendar.name->empty()) {
+            m_elements->add(id, namePlace->position, [&calendar](KVMPPVar2Data& data) {
+                data.writeString(*calendar.name, kMPPDataEncodingUTF16LE);
+            });
+        }
+        if (calendarDataShouldBeWritten(calendar)) {
+            const std::vector<uint8_t> bytes = calendarData(calendar);
+            m_elements->add(id, *dataType,
+                            [&bytes](KVMPPVar2Data& data) { data.writeData(bytes.data(), bytes.size()); });
+        }
+    }
 }
 
 void KVMPP15CalendarWriter::appendWeekDays(const KVMPPCalendarWorkWeek& week,
@@ -250,102 +238,55 @@ std::vector<uint8_t> KVMPP15CalendarWriter::calendarData(const KVMPPCalendar& ca
     return bytes;
 }
 
-void KVMPP15CalendarWriter::writeVarMeta() {
-    m_varMeta = std::make_unique<KVMPP15VarMeta>(*m_var2Data, kVarMetaEnding);
-    writeStream(kVarMetaStreamName, *m_varMeta, [this] {
-        m_varMeta->writeMetaHeader();
-        for (const auto& [id, type] : m_varElements) {
-            m_varMeta->writeElementMetaWithType(type, id);
-        }
-    });
-}
-
-void KVMPP15CalendarWriter::writeFixedData() {
+void KVMPP15CalendarWriter::writeFixedDataRecords() {
     const int32_t column = mppVersionTables(layoutVersion())->keyColumn;
     const auto uidOffset = mppPropertyOffset(column, kCalendarUIDKey);
     const auto basePlace = mppFieldPlace(MPPField::calendarBaseUID, layoutVersion(), layoutVersion());
     const auto resourcePlace = mppFieldPlace(MPPField::calendarResourceUID, layoutVersion(), layoutVersion());
     tvAssert(uidOffset && basePlace && resourcePlace, "The calendar layout has no fixed record.");
-    m_fixedData = std::make_unique<KVMPPFixedData>();
-    writeStream(kFixedDataStreamName, *m_fixedData, [&] {
-        for (size_t header = 0; header < kHeaderElements; ++header) {
-            m_fixedData->startNewElement();
-            m_fixedData->write2ByteInteger(static_cast<uint16_t>(header));
-            m_fixedData->write2ByteInteger(0xFFFF);
-            m_fixedData->writeZeroesBlockOfSize(kHeaderElementSize - 4);
-            m_fixedData->closeCurrentElement();
-        }
-        for (const Element& element : elements()) {
-            const KVMPPCalendar* base = element.calendar->baseCalendar.object();
-            const int64_t resource = element.resource != nullptr ? static_cast<int64_t>(element.resource->ID)
-                                                                 : noResource(layoutVersion());
-            std::array<uint8_t, kFixedRecordSize> record{};
-            encodeMPPNumber(static_cast<uint32_t>(element.calendar->ID),
-                            std::span(record).subspan(*uidOffset, 4));
-            encodeMPPField(*basePlace->row, base != nullptr ? static_cast<int64_t>(base->ID) : int64_t{0},
-                           std::span(record).subspan(basePlace->position, 4));
-            encodeMPPField(*resourcePlace->row, resource,
-                           std::span(record).subspan(resourcePlace->position, 4));
-            m_fixedData->startNewElement();
-            m_fixedData->writeData(record.data(), record.size());
-            m_fixedData->closeCurrentElement();
-        }
-    });
+    for (const Element& element : elements()) {
+        const KVMPPCalendar* base = element.calendar->baseCalendar.object();
+        const int64_t resource = element.resource != nullptr ? static_cast<int64_t>(element.resource->ID)
+                                                             : noResource(layoutVersion());
+        std::array<uint8_t, kFixedRecordSize> record{};
+        encodeMPPNumber(static_cast<uint32_t>(element.calendar->ID),
+                        std::span(record).subspan(*uidOffset, 4));
+        encodeMPPField(*basePlace->row, base != nullptr ? static_cast<int64_t>(base->ID) : int64_t{0},
+                       std::span(record).subspan(basePlace->position, 4));
+        encodeMPPField(*resourcePlace->row, resource, std::span(record).subspan(resourcePlace->position, 4));
+        m_fixedData->writeRecord(record);
+    }
 }
 
-void KVMPP15CalendarWriter::writeFixedMeta() {
-    m_fixedMeta = std::make_unique<KVMPPFixedMeta>(*m_fixedData);
-    writeStream(kFixedMetaStreamName, *m_fixedMeta, [this] {
-        m_fixedMeta->writeMetaHeader();
-        for (size_t header = 0; header < kHeaderElements; ++header) {
-            m_fixedMeta->writeNextElementStartWithInt(kHeaderMetaFirstField);
-            m_fixedMeta->write2ByteInteger(kHeaderMetaMark);
-        }
-        for (const Element& element : elements()) {
-            const bool isBase = element.kind == Kind::standard || element.kind == Kind::base;
-            const bool hasData =
-                element.kind != Kind::defaultResource && calendarDataShouldBeWritten(*element.calendar);
-            m_fixedMeta->writeNextElementStartWithInt(varElementsCount(element) << kVarElementsShift);
-            m_fixedMeta->write2ByteInteger(static_cast<uint16_t>(
-                (isBase ? kBaseCalendarMark : kDerivedCalendarMark) | (hasData ? kDataBlockMark : 0)));
-        }
-    });
+void KVMPP15CalendarWriter::writeFixedMetaEntries() {
+    for (const Element& element : elements()) {
+        const bool isBase = element.kind == Kind::standard || element.kind == Kind::base;
+        const bool hasData =
+            element.kind != Kind::defaultResource && calendarDataShouldBeWritten(*element.calendar);
+        m_fixedMeta->writeNextElementStartWithInt(varElementsCount(element) << kVarElementsShift);
+        m_fixedMeta->write2ByteInteger(static_cast<uint16_t>(
+            (isBase ? kBaseCalendarMark : kDerivedCalendarMark) | (hasData ? kDataBlockMark : 0)));
+    }
 }
 
-void KVMPP15CalendarWriter::writeFixed2Data() {
-    m_fixed2Data = std::make_unique<KVMPPFixedData>();
-    writeStream(kFixed2DataStreamName, *m_fixed2Data, [this] {
-        for (size_t header = 0; header < kHeaderElements; ++header) {
-            m_fixed2Data->startNewElement();
-            m_fixed2Data->writeZeroesBlockOfSize(kFixed2RecordSize);
-            m_fixed2Data->closeCurrentElement();
-        }
-        for (const Element& element : elements()) {
-            const KVMPPCalendar* base = element.calendar->baseCalendar.object();
-            m_fixed2Data->startNewElement();
-            m_fixed2Data->writeGUID(element.calendar->getGUID());
-            m_fixed2Data->writeGUID(element.resource != nullptr
-                                        ? std::span<const uint8_t>(element.resource->getGUID())
-                                        : std::span<const uint8_t>());
-            m_fixed2Data->writeGUID(base != nullptr ? std::span<const uint8_t>(base->getGUID())
-                                                    : std::span<const uint8_t>());
-            m_fixed2Data->closeCurrentElement();
-        }
-    });
+void KVMPP15CalendarWriter::writeFixed2DataRecords() {
+    for (const Element& element : elements()) {
+        const KVMPPCalendar* base = element.calendar->baseCalendar.object();
+        m_fixed2Data->startNewElement();
+        m_fixed2Data->writeGUID(element.calendar->getGUID());
+        m_fixed2Data->writeGUID(element.resource != nullptr
+                                    ? std::span<const uint8_t>(element.resource->getGUID())
+                                    : std::span<const uint8_t>());
+        m_fixed2Data->writeGUID(base != nullptr ? std::span<const uint8_t>(base->getGUID())
+                                                : std::span<const uint8_t>());
+        m_fixed2Data->closeCurrentElement();
+    }
 }
 
-void KVMPP15CalendarWriter::writeFixed2Meta() {
-    m_fixed2Meta = std::make_unique<KVMPPFixedMeta>(*m_fixed2Data);
-    writeStream(kFixed2MetaStreamName, *m_fixed2Meta, [this] {
-        m_fixed2Meta->writeMetaHeader();
-        for (size_t header = 0; header < kHeaderElements; ++header) {
-            m_fixed2Meta->writeNextElementStartWithInt(0);
-            m_fixed2Meta->write1ByteInteger(0);
-        }
-        for (const Element& element : elements()) {
-            m_fixed2Meta->writeNextElementStartWithInt(0);
-            m_fixed2Meta->write1ByteInteger(element.kind == Kind::standard ? kStandardFixed2Mark
-                                                                           : kOtherFixed2Mark);
-        }
-    });
+void KVMPP15CalendarWriter::writeFixed2MetaEntries() {
+    for (const Element& element : elements()) {
+        m_fixed2Meta->writeNextElementStartWithInt(0);
+        m_fixed2Meta->write1ByteInteger(element.kind == Kind::standard ? kStandardFixed2Mark
+                                                                       : kOtherFixed2Mark);
+    }
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "MPPExporter/MPPObjects/KVMPPCalendarTimeRange.h"
-#include "MPPExporter/writers/KVMPPWriter.h"
+#include "MPPExporter/writers/MPPObjectStorageWriter.h"
 #include "MPPImporter/format/MPPCalendarDataBlock.h"
 
 #include <cstdint>
@@ -19,11 +19,9 @@ inline constexpr const char* kTooManyRangesException = "TooManyRangesException";
 // calendar has a fixed record (its UID, its base's and its resource's) and, in the variable data, its
 // name and its data block of week days, exceptions and dated weeks, laid out by the same calendar
 // data block that the readers read.
-class KVMPP15CalendarWriter : public KVMPPWriter {
+class KVMPP15CalendarWriter : public MPPObjectStorageWriter {
 public:
-    using KVMPPWriter::KVMPPWriter;
-
-    bool writeDataForProject(const KVMPPProject* project) override;
+    using MPPObjectStorageWriter::MPPObjectStorageWriter;
 
     // Numbers the calendars as the streams order them: the standard calendar 1 (named "Standard" and
     // the project's calendar unless it has one), the default resource's 2, the base calendars from 3
@@ -48,18 +46,17 @@ private:
     // The variable data elements of a calendar: its name and its data block.
     uint32_t varElementsCount(const Element& element) const;
 
-    void writeVar2Data();
-    void writeVarMeta();
-    void writeFixedData();
-    void writeFixedMeta();
-    void writeFixed2Data();
-    void writeFixed2Meta();
+    const MPPObjectStorageLayout& storageLayout() const override;
 
+    void writeVar2DataElements() override;
     std::vector<uint8_t> calendarData(const KVMPPCalendar& calendar);
     void appendWeekDays(const KVMPPCalendarWorkWeek& week, std::vector<uint8_t>& bytes) const;
 
-    // The elements of the variable data in order: calendar ID and property.
-    std::vector<std::pair<uint32_t, uint32_t>> m_varElements;
+    void writeFixedDataRecords() override;
+    void writeFixedMetaEntries() override;
+    void writeFixed2DataRecords() override;
+    void writeFixed2MetaEntries() override;
+
     // The running numbers that the application gives exceptions and dated weeks. They count within one
     // export: a batch of plans must not make one plan's file depend on the plans before it.
     uint32_t m_exceptionCounter = 0;

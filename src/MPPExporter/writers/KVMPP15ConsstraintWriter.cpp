@@ -9,7 +9,9 @@
 
 namespace {
 
-constexpr size_t kRecordSize = 20;
+// The fixed streams have no header elements, and the storage no variable data.
+constexpr MPPObjectStorageLayout kLinkStorage = {};
+constexpr size_t kLinkRecordSize = 20;
 constexpr uint16_t kLiveLinkMark = 0;
 constexpr uint16_t kMetaEnding = 0xDD;
 constexpr uint8_t kFixed2MetaEnding = 7;
@@ -25,28 +27,19 @@ const KVMPPTask& linkedTask(const MPPDeferred<KVMPPTask>& reference) {
 
 } // namespace
 
-bool KVMPP15ConsstraintWriter::writeDataForProject(const KVMPPProject* project) {
-    return regenerate(project, [this] {
-        writeFixedData();
-        writeFixedMeta();
-        writeFixed2Data();
-        writeFixed2Meta();
-        cloneChildStreamFromTemplate(kVarMetaStreamName);
-    });
+const MPPObjectStorageLayout& KVMPP15ConsstraintWriter::storageLayout() const {
+    return kLinkStorage;
 }
 
-void KVMPP15ConsstraintWriter::writeFixedData() {
-    m_fixedData = std::make_unique<KVMPPFixedData>();
-    writeStream(kFixedDataStreamName, *m_fixedData, [this] {
-        uint32_t uid = 0;
-        for (const auto& link : project().constraints) {
-            writeLinkFixedData(*link, ++uid);
-        }
-    });
+void KVMPP15ConsstraintWriter::writeFixedDataRecords() {
+    uint32_t uid = 0;
+    for (const auto& link : project().constraints) {
+        writeLinkFixedData(*link, ++uid);
+    }
 }
 
 void KVMPP15ConsstraintWriter::writeLinkFixedData(const KVMPPConstraint& link, uint32_t uid) {
-    std::array<uint8_t, kRecordSize> record{};
+    std::array<uint8_t, kLinkRecordSize> record{};
     const auto put = [&](MPPField field, int64_t value) {
         putMPPField(layoutVersion(), record, MPPFieldBlock::fixed, field, value);
     };
@@ -58,42 +51,29 @@ void KVMPP15ConsstraintWriter::writeLinkFixedData(const KVMPPConstraint& link, u
     put(MPPField::linkLag,
         truncatedMPPInteger<int64_t>(link.isPercentage ? link.lag * 100.0 : link.lag / 6.0));
     put(MPPField::linkLagFormat, link.isPercentage ? kLagFormatPercent : kLagFormatDays);
-    m_fixedData->startNewElement();
-    m_fixedData->writeData(record.data(), record.size());
-    m_fixedData->closeCurrentElement();
+    m_fixedData->writeRecord(record);
 }
 
-void KVMPP15ConsstraintWriter::writeFixedMeta() {
-    m_fixedMeta = std::make_unique<KVMPPFixedMeta>(*m_fixedData);
-    writeStream(kFixedMetaStreamName, *m_fixedMeta, [this] {
-        m_fixedMeta->writeMetaHeader();
-        for (size_t i = 0; i < project().constraints.size(); ++i) {
-            m_fixedMeta->writeNextElementStartWithInt(kLiveLinkMark);
-            m_fixedMeta->write2ByteInteger(kMetaEnding);
-        }
-    });
+void KVMPP15ConsstraintWriter::writeFixedMetaEntries() {
+    for (size_t i = 0; i < project().constraints.size(); ++i) {
+        m_fixedMeta->writeNextElementStartWithInt(kLiveLinkMark);
+        m_fixedMeta->write2ByteInteger(kMetaEnding);
+    }
 }
 
-void KVMPP15ConsstraintWriter::writeFixed2Data() {
-    m_fixed2Data = std::make_unique<KVMPPFixedData>();
-    writeStream(kFixed2DataStreamName, *m_fixed2Data, [this] {
-        for (const auto& link : project().constraints) {
-            m_fixed2Data->startNewElement();
-            m_fixed2Data->writeGUID(link->getGUID());
-            m_fixed2Data->writeGUID(linkedTask(link->task2).getGUID());
-            m_fixed2Data->writeGUID(linkedTask(link->task1).getGUID());
-            m_fixed2Data->closeCurrentElement();
-        }
-    });
+void KVMPP15ConsstraintWriter::writeFixed2DataRecords() {
+    for (const auto& link : project().constraints) {
+        m_fixed2Data->startNewElement();
+        m_fixed2Data->writeGUID(link->getGUID());
+        m_fixed2Data->writeGUID(linkedTask(link->task2).getGUID());
+        m_fixed2Data->writeGUID(linkedTask(link->task1).getGUID());
+        m_fixed2Data->closeCurrentElement();
+    }
 }
 
-void KVMPP15ConsstraintWriter::writeFixed2Meta() {
-    m_fixed2Meta = std::make_unique<KVMPPFixedMeta>(*m_fixed2Data);
-    writeStream(kFixed2MetaStreamName, *m_fixed2Meta, [this] {
-        m_fixed2Meta->writeMetaHeader();
-        for (size_t i = 0; i < project().constraints.size(); ++i) {
-            m_fixed2Meta->writeNextElementStartWithInt(0);
-            m_fixed2Meta->write1ByteInteger(kFixed2MetaEnding);
-        }
-    });
+void KVMPP15ConsstraintWriter::writeFixed2MetaEntries() {
+    for (size_t i = 0; i < project().constraints.size(); ++i) {
+        m_fixed2Meta->writeNextElementStartWithInt(0);
+        m_fixed2Meta->write1ByteInteger(kFixed2MetaEnding);
+    }
 }

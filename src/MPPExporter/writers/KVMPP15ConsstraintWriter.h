@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MPPExporter/writers/KVMPPWriter.h"
+#include "MPPExporter/writers/MPPObjectStorageWriter.h"
 
 #include <span>
 
@@ -9,16 +9,15 @@ class KVMPPConstraint;
 // Regenerates the storage "TBkndCons", the task links: one record per link of the project in the
 // fixed and second fixed stream pairs, by the catalogue's link rows. The variable meta stream, which
 // holds nothing for links, is the template's.
-class KVMPP15ConsstraintWriter : public KVMPPWriter {
+class KVMPP15ConsstraintWriter : public MPPObjectStorageWriter {
 public:
-    using KVMPPWriter::KVMPPWriter;
-
-    bool writeDataForProject(const KVMPPProject* project) override;
+    using MPPObjectStorageWriter::MPPObjectStorageWriter;
 
 private:
-    void writeFixedData();
-    void writeFixedMeta();
-    void writeFixed2Data();
-    void writeFixed2Meta();
+    const MPPObjectStorageLayout& storageLayout() const override;
+    void writeFixedDataRecords() override;
+    void writeFixedMetaEntries() override;
+    void writeFixed2DataRecords() override;
+    void writeFixed2MetaEntries() override;
     void writeLinkFixedData(const KVMPPConstraint& link, uint32_t uid);
 };

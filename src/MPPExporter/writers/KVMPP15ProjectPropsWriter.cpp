@@ -11,16 +11,16 @@ namespace {
 constexpr uint32_t kStartDate = 0x2400002;
 constexpr uint32_t kFinishDate = 0x2400003;
 constexpr uint32_t kScheduleFromStart = 0x2400004;
-constexpr uint32_t kTitle = 0x2400008;
-constexpr uint32_t kAuthor = 0x240000C;
+constexpr uint32_t kProjectTitle = 0x2400008;
+constexpr uint32_t kProjectAuthor = 0x240000C;
 constexpr uint32_t kCalendarName = 0x240000E;
 constexpr uint32_t kCurrencySymbol = 0x2400010;
 constexpr uint32_t kCurrencySymbolPosition = 0x2400011;
 constexpr uint32_t kCurrencyDigits = 0x2400012;
 constexpr uint32_t kDurationFormat = 0x2400015;
 constexpr uint32_t kWorkFormat = 0x2400016;
-constexpr uint32_t kMinutesPerDay = 0x240001D;
-constexpr uint32_t kMinutesPerWeek = 0x240001E;
+constexpr uint32_t kProjectMinutesPerDay = 0x240001D;
+constexpr uint32_t kProjectMinutesPerWeek = 0x240001E;
 constexpr uint32_t kWeekStartDay = 0x2400025;
 constexpr uint32_t kHonorConstraints = 0x240003A;
 constexpr uint32_t kDaysPerMonth = 0x240138F;
@@ -29,7 +29,7 @@ constexpr uint32_t kFirstBaselineSaveDate = 0x2401396;
 constexpr uint32_t kLastBaselineSaveDate = 0x240139F;
 constexpr uint32_t kCurrencyCode = 0x24013BB;
 constexpr uint32_t kCalendarGuid = 0x24013C2;
-constexpr uint32_t kTitleAgain = 0x35400008;
+constexpr uint32_t kProjectTitleAgain = 0x35400008;
 // A block of the application's settings that is kept but for one 2-byte value.
 constexpr uint32_t kSettingsBlock = 0x20017;
 constexpr size_t kSettingsBlockMarkOffset = 5584;
@@ -94,11 +94,11 @@ KVMPP15ProjectPropsWriter::constructValueForPropertyType(const KVMPPProject& pro
     case kScheduleFromStart:
         shortValue(project.scheduleFromStart ? 1 : 0);
         break;
-    case kTitle:
-    case kTitleAgain:
+    case kProjectTitle:
+    case kProjectTitleAgain:
         text(project.title.value_or(""));
         break;
-    case kAuthor:
+    case kProjectAuthor:
         text(project.summaryInfo.author.value_or(" "));
         break;
     case kCalendarName:
@@ -122,10 +122,10 @@ KVMPP15ProjectPropsWriter::constructValueForPropertyType(const KVMPPProject& pro
     case kWorkFormat:
         shortValue(static_cast<uint64_t>(project.workFormat));
         break;
-    case kMinutesPerDay:
+    case kProjectMinutesPerDay:
         value.writeInteger(static_cast<uint32_t>(project.minutesPerDay));
         break;
-    case kMinutesPerWeek:
+    case kProjectMinutesPerWeek:
         value.writeInteger(static_cast<uint32_t>(project.minutesPerWeek));
         break;
     case kWeekStartDay:

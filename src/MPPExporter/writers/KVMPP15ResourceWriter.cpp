@@ -23,8 +23,13 @@ namespace {
 
 using enum MPPFieldBlock;
 
-constexpr size_t kHeaderElements = 3;
-constexpr size_t kHeaderElementSize = 16;
+// The header elements of the fixed streams and the entry sizes of the meta streams.
+constexpr MPPObjectStorageLayout kResourceStorage = {.headerElements = 3,
+                                                     .fixed2RecordSize = 40,
+                                                     .fixedMetaEntrySize = 37,
+                                                     .headerMetaMark = 8,
+                                                     .fixed2MetaEntrySize = 50,
+                                                     .varMetaEnding = 0x0C40};
 
 // The resource record of the fixed data, as applications 15 and 16 write it. The fields that the
 // readers read are placed by the catalogue; these are the words around them that only the writer knows.
@@ -41,23 +46,14 @@ constexpr uint16_t kResourceRecordMark = 3;
 constexpr uint16_t kDefaultRecordMark = 2;
 constexpr size_t kRateFormatOffsets[] = {166, 168};
 
-constexpr size_t kMetaEntrySize = 37;
-constexpr size_t kMetaEntryStart = 8; // behind the first field and the offset
-constexpr uint32_t kHeaderMetaFirstField = 4;
-constexpr uint32_t kHeaderMetaSecondWord = 8;
 constexpr size_t kCustomBitmapOffset = 16;
 constexpr size_t kCustomBitmapSize = 8;
 constexpr size_t kMaxCustomTexts = 30;
 
-constexpr size_t kFixed2RecordSize = 40;
-constexpr size_t kFixed2MetaEntrySize = 50;
 constexpr size_t kFixed2KindOffset = 8;
 constexpr size_t kFixed2MarkOffset = 37;
 constexpr size_t kFixed2BaselineBitmapOffset = 38;
 constexpr size_t kFixed2BaselineBitmapSize = 12;
-
-constexpr uint16_t kVarMetaEnding = 0x0C40;
-constexpr const char* kPropsStreamName = "Props";
 
 // Element types of the variable data that no reader reads, as the application writes them.
 constexpr uint32_t kInitialsType = 2;
@@ -70,7 +66,6 @@ constexpr uint32_t kBlankType = 0x2E3;
 constexpr uint32_t kBaselineTailTypes[] = {0x2F4, 0x2F5};
 constexpr uint8_t kStamp[] = {0x6C, 0x16, 0x85, 0x2B};
 constexpr const char* kNoInitials = "s";
-constexpr int64_t kMaxBaselineNumber = 10;
 
 // Work in seconds as thousandths of a minute; material amounts stand as they are.
 double converted(double seconds) {
@@ -151,16 +146,8 @@ uint32_t KVMPP15ResourceWriter::getTextFieldTypeForIndex(int64_t position) {
                                    position);
 }
 
-bool KVMPP15ResourceWriter::writeDataForProject(const KVMPPProject* project) {
-    return regenerate(project, [this] {
-        writeVar2Data();
-        writeVarMeta();
-        writeFixedData();
-        writeFixedMeta();
-        writeFixed2Data();
-        writeFixed2Meta();
-        writeProps();
-    });
+const MPPObjectStorageLayout& KVMPP15ResourceWriter::storageLayout() const {
+    return kResourceStorage;
 }
 
 bool KVMPP15ResourceWriter::firstTaskHasBaselineList() const {
@@ -173,17 +160,13 @@ bool KVMPP15ResourceWriter::firstTaskHasBaseline0() const {
 
 // Variable data.
 
-void KVMPP15ResourceWriter::writeVar2Data() {
-    m_var2Data = std::make_unique<KVMPPVar2Data>();
-    m_elements = std::make_unique<MPPVarElementList>(*m_var2Data);
-    writeStream(kVar2DataStreamName, *m_var2Data, [this] {
-        writeCommonElements(0);
-        writeDefaultResourceBaselines();
-        for (const auto& resource : project().resources) {
-            writeCommonElements(static_cast<uint32_t>(resource->ID));
-            writeResourceElements(*resource);
-        }
-    });
+void KVMPP15ResourceWriter::writeVar2DataElements() {
+    writeCommonElements(0);
+    writeDefaultResourceBaselines();
+    for (const auto& resource : project().resources) {
+        writeCommonElements(static_cast<uint32_t>(resource->ID));
+        writeResourceElements(*resource);
+    }
 }
 
 void KVMPP15ResourceWriter::writeCommonElements(uint32_t id) {
@@ -243,10 +226,7 @@ void KVMPP15ResourceWriter::writeResourceElements(const KVMPPResource& resource)
                         [&value](KVMPPVar2Data& data) { data.writeString(value, kMPPDataEncodingUTF16LE); });
     };
     const auto field = [&](MPPField catalogued, const std::string& value) {
-        const std::vector<uint8_t> bytes =
-            encodeMPPFieldPayload(layoutVersion(), catalogued, utf16FromUTF8(value));
-        m_elements->add(id, mppFieldPropertyNumber(layoutVersion(), catalogued),
-                        [&bytes](KVMPPVar2Data& data) { data.writeData(bytes.data(), bytes.size()); });
+        m_elements->addField(id, catalogued, utf16FromUTF8(value));
     };
     field(MPPField::resourceName, resource.name.value_or(""));
     text(kInitialsType, resource.initials.value_or(kNoInitials));
@@ -285,28 +265,13 @@ void KVMPP15ResourceWriter::writeResourceElements(const KVMPPResource& resource)
     }
 }
 
-void KVMPP15ResourceWriter::writeVarMeta() {
-    m_varMeta = std::make_unique<KVMPP15VarMeta>(*m_var2Data, kVarMetaEnding);
-    writeStream(kVarMetaStreamName, *m_varMeta, [this] { m_elements->writeMeta(*m_varMeta); });
-}
-
 // Fixed data.
 
-void KVMPP15ResourceWriter::writeFixedData() {
-    m_fixedData = std::make_unique<KVMPPFixedData>();
-    writeStream(kFixedDataStreamName, *m_fixedData, [this] {
-        for (size_t header = 0; header < kHeaderElements; ++header) {
-            m_fixedData->startNewElement();
-            m_fixedData->write2ByteInteger(static_cast<uint16_t>(header));
-            m_fixedData->write2ByteInteger(0xFFFF);
-            m_fixedData->writeZeroesBlockOfSize(kHeaderElementSize - 4);
-            m_fixedData->closeCurrentElement();
-        }
-        writeResourceFixedData(project().defaultResource(), true);
-        for (const auto& resource : project().resources) {
-            writeResourceFixedData(*resource, false);
-        }
-    });
+void KVMPP15ResourceWriter::writeFixedDataRecords() {
+    writeResourceFixedData(project().defaultResource(), true);
+    for (const auto& resource : project().resources) {
+        writeResourceFixedData(*resource, false);
+    }
 }
 
 void KVMPP15ResourceWriter::writeResourceFixedData(const KVMPPResource& resource, bool isDefault) {
@@ -350,25 +315,14 @@ void KVMPP15ResourceWriter::writeResourceFixedData(const KVMPPResource& resource
     tvLog(stringWithFormat("Actual Work: %lf", resource.actualWork));
     tvLog(stringWithFormat("Remaining Cost: %lf", resource.remainingCost));
     tvLog(stringWithFormat("Remaining Work: %lf", resource.remainingWork));
-    m_fixedData->startNewElement();
-    m_fixedData->writeData(record.data(), record.size());
-    m_fixedData->closeCurrentElement();
+    m_fixedData->writeRecord(record);
 }
 
-void KVMPP15ResourceWriter::writeFixedMeta() {
-    m_fixedMeta = std::make_unique<KVMPPFixedMeta>(*m_fixedData);
-    writeStream(kFixedMetaStreamName, *m_fixedMeta, [this] {
-        m_fixedMeta->writeMetaHeader();
-        for (size_t header = 0; header < kHeaderElements; ++header) {
-            m_fixedMeta->writeNextElementStartWithInt(kHeaderMetaFirstField);
-            m_fixedMeta->writeInteger(kHeaderMetaSecondWord);
-            m_fixedMeta->writeZeroesBlockOfSize(kMetaEntrySize - 12);
-        }
-        writeResourceFixedMeta(project().defaultResource(), true);
-        for (const auto& resource : project().resources) {
-            writeResourceFixedMeta(*resource, false);
-        }
-    });
+void KVMPP15ResourceWriter::writeFixedMetaEntries() {
+    writeResourceFixedMeta(project().defaultResource(), true);
+    for (const auto& resource : project().resources) {
+        writeResourceFixedMeta(*resource, false);
+    }
 }
 
 void KVMPP15ResourceWriter::writeResourceFixedMeta(const KVMPPResource& resource, bool isDefault) {
@@ -383,7 +337,7 @@ void KVMPP15ResourceWriter::writeResourceFixedMeta(const KVMPPResource& resource
     } else if (email || notes || group) {
         first = 0x60000;
     }
-    std::array<uint8_t, kMetaEntrySize> entry{};
+    std::array<uint8_t, kResourceStorage.fixedMetaEntrySize> entry{};
     entry[8] = 0xE3;
     entry[9] = 0xFF;
     entry[10] = 0xFD;
@@ -405,55 +359,38 @@ void KVMPP15ResourceWriter::writeResourceFixedMeta(const KVMPPResource& resource
             entry[kCustomBitmapOffset + p / 4] |= kBits[p % 4];
         }
     }
-    entry[kMetaEntrySize - 1] = notes ? 1 : 0;
-    m_fixedMeta->writeNextElementStartWithInt(first);
-    m_fixedMeta->writeData(entry.data() + kMetaEntryStart, kMetaEntrySize - kMetaEntryStart);
+    entry.back() = notes ? 1 : 0;
+    m_fixedMeta->writeEntry(first, entry);
 }
 
 // Second fixed data.
 
-void KVMPP15ResourceWriter::writeFixed2Data() {
-    m_fixed2Data = std::make_unique<KVMPPFixedData>();
-    writeStream(kFixed2DataStreamName, *m_fixed2Data, [this] {
-        for (size_t header = 0; header < kHeaderElements; ++header) {
-            m_fixed2Data->startNewElement();
-            m_fixed2Data->writeZeroesBlockOfSize(kFixed2RecordSize);
-            m_fixed2Data->closeCurrentElement();
-        }
-        const auto record = [this](const KVMPPResource& resource, uint64_t position) {
-            m_fixed2Data->startNewElement();
-            m_fixed2Data->writeGUID(resource.getGUID());
-            m_fixed2Data->writeInteger(0);
-            m_fixed2Data->writeInteger(calculateResourcePositionInResourceSheet(position));
-            m_fixed2Data->writeGUID(resource.getGUID());
-            m_fixed2Data->closeCurrentElement();
-        };
-        record(project().defaultResource(), 0);
-        uint64_t position = 0;
-        for (const auto& resource : project().resources) {
-            record(*resource, ++position);
-        }
-    });
+void KVMPP15ResourceWriter::writeFixed2DataRecords() {
+    const auto record = [this](const KVMPPResource& resource, uint64_t position) {
+        m_fixed2Data->startNewElement();
+        m_fixed2Data->writeGUID(resource.getGUID());
+        m_fixed2Data->writeInteger(0);
+        m_fixed2Data->writeInteger(calculateResourcePositionInResourceSheet(position));
+        m_fixed2Data->writeGUID(resource.getGUID());
+        m_fixed2Data->closeCurrentElement();
+    };
+    record(project().defaultResource(), 0);
+    uint64_t position = 0;
+    for (const auto& resource : project().resources) {
+        record(*resource, ++position);
+    }
 }
 
-void KVMPP15ResourceWriter::writeFixed2Meta() {
-    m_fixed2Meta = std::make_unique<KVMPPFixedMeta>(*m_fixed2Data);
-    writeStream(kFixed2MetaStreamName, *m_fixed2Meta, [this] {
-        m_fixed2Meta->writeMetaHeader();
-        for (size_t header = 0; header < kHeaderElements; ++header) {
-            m_fixed2Meta->writeNextElementStartWithInt(0);
-            m_fixed2Meta->writeZeroesBlockOfSize(kFixed2MetaEntrySize - 8);
-        }
-        writeResourceFixed2Meta(project().defaultResource(), true);
-        for (const auto& resource : project().resources) {
-            writeResourceFixed2Meta(*resource, false);
-        }
-    });
+void KVMPP15ResourceWriter::writeFixed2MetaEntries() {
+    writeResourceFixed2Meta(project().defaultResource(), true);
+    for (const auto& resource : project().resources) {
+        writeResourceFixed2Meta(*resource, false);
+    }
 }
 
 void KVMPP15ResourceWriter::writeResourceFixed2Meta(const KVMPPResource& resource, bool isDefault) {
     const bool saved = project().baselineSetted;
-    std::array<uint8_t, kFixed2MetaEntrySize> entry{};
+    std::array<uint8_t, kResourceStorage.fixed2MetaEntrySize> entry{};
     uint8_t kind = 0x0B;
     if (!isDefault) {
         kind = resource.getResourceType() == 0 ? 0x0B : 0x03;
@@ -468,8 +405,7 @@ void KVMPP15ResourceWriter::writeResourceFixed2Meta(const KVMPPResource& resourc
         putMPPField(layoutVersion(), entry, fixed2Meta, MPPField::resourceCostResource,
                     resource.isCostResource());
         for (size_t p = 0;
-             p < resource.baselines.size() && p / 2 + 6 < kFixed2MetaEntrySize - kFixed2BaselineBitmapOffset;
-             ++p) {
+             p < resource.baselines.size() && p / 2 + 6 < entry.size() - kFixed2BaselineBitmapOffset; ++p) {
             const size_t h = p / 2;
             const bool odd = p % 2 == 1;
             uint8_t* bitmap = entry.data() + kFixed2BaselineBitmapOffset;
@@ -478,22 +414,11 @@ void KVMPP15ResourceWriter::writeResourceFixed2Meta(const KVMPPResource& resourc
             bitmap[h + 6] |= odd ? 0x07 : 0;
         }
     }
-    m_fixed2Meta->writeNextElementStartWithInt(0);
-    m_fixed2Meta->writeData(entry.data() + kMetaEntryStart, kFixed2MetaEntrySize - kMetaEntryStart);
+    m_fixed2Meta->writeEntry(0, entry);
 }
 
 // Property stream.
 
 void KVMPP15ResourceWriter::writeProps() {
-    const auto& names = project().customResourceFieldNames;
-    if (!names || names->empty()) {
-        cloneChildStreamFromTemplate(kPropsStreamName);
-        return;
-    }
-    KVMPPProps props;
-    writeStream(kPropsStreamName, props, [&] {
-        props.open();
-        writeFieldAliasElement(props, *names, getTextFieldTypeForIndex, kVarMetaEnding);
-        props.close();
-    });
+    writeFieldNamesProps(project().customResourceFieldNames, getTextFieldTypeForIndex);
 }

@@ -1,11 +1,9 @@
 #pragma once
 
 #include "MPPExporter/MPPObjects/KVMPPResourceBaseline.h"
-#include "MPPExporter/writers/KVMPPWriter.h"
-#include "MPPExporter/writers/MPPVarElementList.h"
+#include "MPPExporter/writers/MPPObjectStorageWriter.h"
 
 #include <cstdint>
-#include <memory>
 
 class KVMPPResource;
 
@@ -16,11 +14,9 @@ inline constexpr const char* kUnknownBaselineCostException = "UnknownBaselineCos
 // Regenerates the storage "TBkndRsc": after three header elements the default resource (ID 0), which
 // the application expects in every plan, then the project's resources in list order, in the fixed,
 // second fixed and variable stream pairs. Fields that the readers read are placed by the catalogue.
-class KVMPP15ResourceWriter : public KVMPPWriter {
+class KVMPP15ResourceWriter : public MPPObjectStorageWriter {
 public:
-    using KVMPPWriter::KVMPPWriter;
-
-    bool writeDataForProject(const KVMPPProject* project) override;
+    using MPPObjectStorageWriter::MPPObjectStorageWriter;
 
     // Drops the mapping's dummy resource (ID 0), for which the default element stands, and makes each
     // resource's first baseline its Baseline.
@@ -33,24 +29,26 @@ public:
     static uint32_t getTextFieldTypeForIndex(int64_t position);
 
 private:
-    void writeVar2Data();
-    void writeVarMeta();
-    void writeFixedData();
-    void writeFixedMeta();
-    void writeFixed2Data();
-    void writeFixed2Meta();
-    void writeProps();
+    const MPPObjectStorageLayout& storageLayout() const override;
 
+    void writeVar2DataElements() override;
     void writeCommonElements(uint32_t id);
     void writeDefaultResourceBaselines();
     void writeNumberedBaseline(uint32_t id, const KVMPPResourceBaseline& baseline);
     void writeResourceElements(const KVMPPResource& resource);
+
+    void writeFixedDataRecords() override;
     void writeResourceFixedData(const KVMPPResource& resource, bool isDefault);
+    void writeFixedMetaEntries() override;
     void writeResourceFixedMeta(const KVMPPResource& resource, bool isDefault);
-    void writeResourceFixed2Meta(const KVMPPResource& resource, bool isDefault);
     // Whether the project's first task keeps a list of baselines, and whether it has its Baseline.
     bool firstTaskHasBaselineList() const;
     bool firstTaskHasBaseline0() const;
 
-    std::unique_ptr<MPPVarElementList> m_elements;
+    void writeFixed2DataRecords() override;
+    void writeFixed2MetaEntries() override;
+    void writeResourceFixed2Meta(const KVMPPResource& resource, bool isDefault);
+
+    // The property stream, with the names of the custom fields.
+    void writeProps() override;
 };

@@ -24,7 +24,7 @@ using enum MPPFieldBlock;
 
 // The task record of the fixed data, as applications 15 and 16 write it. The fields that the readers
 // read are placed by the catalogue; these are the words around them that only the writer knows.
-constexpr size_t kRecordSize = 202;
+constexpr size_t kTaskRecordSize = 202;
 constexpr size_t kUIDOffset = 4; // the word that the UID reader takes, behind the ID
 constexpr size_t kLevelingDelayOffset = 70;
 constexpr size_t kActualDurationOffset = 80;
@@ -37,32 +37,28 @@ constexpr uint16_t kDurationFormatDays = 7;
 constexpr size_t kPreleveledStartOffset = 174;
 constexpr size_t kBaselineFixedCostOffset = 194;
 
-constexpr size_t kHeaderElements = 3;
-constexpr size_t kHeaderElementSize = 16;
-constexpr size_t kFixed2RecordSize = 64;
+// The header elements of the fixed streams and the entry sizes of the meta streams.
+constexpr MPPObjectStorageLayout kTaskStorage = {.headerElements = 3,
+                                                 .fixed2RecordSize = 64,
+                                                 .fixedMetaEntrySize = 47,
+                                                 .headerMetaMark = 8,
+                                                 .fixed2MetaEntrySize = 93,
+                                                 .varMetaEnding = 0x0B40};
 
-// The fixed meta entry of a record, and of a header element.
-constexpr size_t kMetaEntrySize = 47;
-constexpr size_t kMetaEntryStart = 8; // behind the first field and the offset
-constexpr uint32_t kHeaderMetaFirstField = 4;
-constexpr uint32_t kHeaderMetaSecondWord = 8;
+// The custom text bitmap of the fixed meta entry.
 constexpr size_t kTextBitmapOffset = 28;
 constexpr size_t kTextBitmapSize = 16;
 // Two more bytes take the marks of fields 17 to 30, which the entry does not hold.
 constexpr size_t kTextBitmapWorkSize = 18;
 
-constexpr size_t kFixed2MetaEntrySize = 93;
 constexpr size_t kFirstBaselineBitmapOffset = 10;
 constexpr size_t kBaselineSavedOffset = 77; // also q0 of the second bitmap
 
-constexpr uint16_t kVarMetaEnding = 0x0B40;
-constexpr const char* kPropsStreamName = "Props";
-
 // Element types of the variable data that no reader reads, as the application writes them.
-constexpr uint32_t kBaselineWorkType = 1;
+constexpr uint32_t kTaskBaselineWorkType = 1;
 constexpr uint32_t kBaselineMarkType = 0xB3;
 constexpr uint32_t kZeroElementTypes[] = {0xA4, 0xA5, 0xA8, 0xA9, 0xAA};
-constexpr uint32_t kBaselineTailTypes[] = {0x496, 0x497, 0x498, 0x499};
+constexpr uint32_t kTaskBaselineTailTypes[] = {0x496, 0x497, 0x498, 0x499};
 constexpr uint32_t kOutlineMarkType = 0x4E4;
 constexpr uint32_t kClosingTypes[] = {0x563, 0x564};
 constexpr uint32_t kBaselineGroup2Base = 0x495;
@@ -71,10 +67,6 @@ constexpr uint32_t kBaselineGroup2Step = 7;
 // files place the baselines 6 to 10 seven numbers further on than the step from 1 to 5 would.
 constexpr uint32_t kBaselineMarkAfterStart = 6;
 constexpr uint32_t kBaselineFixedCostAfterStart = 7;
-constexpr int64_t kMaxBaselineNumber = 10;
-
-// -1.0e-6, the value that the application keeps in unset baseline figures.
-constexpr double kUnsetFigure = -1.0e-6;
 
 constexpr uint32_t kCustomNamesHeaderType = 0x4400000;
 
@@ -212,16 +204,8 @@ uint32_t KVMPP15TaskWriter::getTextFieldTypeForIndex(int64_t position) {
                                    position);
 }
 
-bool KVMPP15TaskWriter::writeDataForProject(const KVMPPProject* project) {
-    return regenerate(project, [this] {
-        writeVar2Data();
-        writeVarMeta();
-        writeFixedData();
-        writeFixedMeta();
-        writeFixed2Data();
-        writeFixed2Meta();
-        writeProps();
-    });
+const MPPObjectStorageLayout& KVMPP15TaskWriter::storageLayout() const {
+    return kTaskStorage;
 }
 
 // Catalogue places.
@@ -244,61 +228,12 @@ uint32_t KVMPP15TaskWriter::baselinePropertyNumber(int32_t groupKey, int64_t num
 
 // Variable data.
 
-void KVMPP15TaskWriter::startElement(uint32_t id, uint32_t type, bool filed) {
-    if (filed) {
-        m_var2Data->startNewElementWithType(type, id);
-    } else {
-        m_var2Data->startNewElement();
+void KVMPP15TaskWriter::writeVar2DataElements() {
+    writeProjectHeaderElementsToVar2Data();
+    uint32_t id = 0;
+    for (const auto& task : project().tasks) {
+        doWriteTaskVar2Data(++id, *task);
     }
-    m_varElements.push_back({id, type, filed});
-}
-
-void KVMPP15TaskWriter::writeEmptyElement(uint32_t id, uint32_t type, size_t zeroes) {
-    startElement(id, type);
-    m_var2Data->writeZeroesBlockOfSize(zeroes);
-    closeElement();
-}
-
-void KVMPP15TaskWriter::writeIntegerElement(uint32_t id, uint32_t type, uint32_t value) {
-    startElement(id, type);
-    m_var2Data->writeInteger(value);
-    closeElement();
-}
-
-void KVMPP15TaskWriter::writeShortElement(uint32_t id, uint32_t type, uint16_t value) {
-    startElement(id, type);
-    m_var2Data->write2ByteInteger(value);
-    closeElement();
-}
-
-void KVMPP15TaskWriter::writeDoubleElement(uint32_t id, uint32_t type, double value) {
-    startElement(id, type);
-    m_var2Data->writeDouble(value);
-    closeElement();
-}
-
-void KVMPP15TaskWriter::writeDateElement(uint32_t id, uint32_t type, std::optional<TVDate> date) {
-    startElement(id, type);
-    m_var2Data->writeDate(date);
-    closeElement();
-}
-
-void KVMPP15TaskWriter::writeFieldElement(uint32_t id, MPPField field, const MPPFieldValue& value) {
-    const std::vector<uint8_t> bytes = encodeMPPFieldPayload(layoutVersion(), field, value);
-    startElement(id, propertyNumber(field));
-    m_var2Data->writeData(bytes.data(), bytes.size());
-    closeElement();
-}
-
-void KVMPP15TaskWriter::writeVar2Data() {
-    m_var2Data = std::make_unique<KVMPPVar2Data>();
-    writeStream(kVar2DataStreamName, *m_var2Data, [this] {
-        writeProjectHeaderElementsToVar2Data();
-        uint32_t id = 0;
-        for (const auto& task : project().tasks) {
-            doWriteTaskVar2Data(++id, *task);
-        }
-    });
 }
 
 void KVMPP15TaskWriter::writeBaselineGroup1(uint32_t id, const KVMPPTask& task, bool isProject) {
@@ -308,17 +243,18 @@ void KVMPP15TaskWriter::writeBaselineGroup1(uint32_t id, const KVMPPTask& task, 
             throw TVException(kTooManyBaselinesException, "Limit for 10 baselines exceeded");
         }
         const uint32_t start = baselinePropertyNumber(kTaskBaselineStartGroupKey, n);
-        writeDateElement(id, start, baseline.start);
-        writeDateElement(id, baselinePropertyNumber(kTaskBaselineFinishGroupKey, n), baseline.finish);
-        writeDoubleElement(id, baselinePropertyNumber(kTaskBaselineCostGroupKey, n), baseline.cost * 100.0);
+        m_elements->addDate(id, start, baseline.start);
+        m_elements->addDate(id, baselinePropertyNumber(kTaskBaselineFinishGroupKey, n), baseline.finish);
+        m_elements->addDouble(id, baselinePropertyNumber(kTaskBaselineCostGroupKey, n),
+                              baseline.cost * 100.0);
         // The project keeps its baseline work in other units than its tasks.
         const double work = isProject ? baseline.work / 60.0 * 1000.0 : baseline.work * 100.0 / 6.0;
-        writeDoubleElement(id, baselinePropertyNumber(kTaskBaselineWorkGroupKey, n), work);
-        writeIntegerElement(id, baselinePropertyNumber(kTaskBaselineDurationGroupKey, n),
-                            static_cast<uint32_t>(truncatedMPPInteger<int32_t>(baseline.duration / 6.0)));
-        writeShortElement(id, start + kBaselineMarkAfterStart, isProject ? 0x15 : 7);
-        writeDoubleElement(id, start + kBaselineFixedCostAfterStart,
-                           isProject ? 0.0 : baseline.fixedCost * 100.0);
+        m_elements->addDouble(id, baselinePropertyNumber(kTaskBaselineWorkGroupKey, n), work);
+        m_elements->addInteger(id, baselinePropertyNumber(kTaskBaselineDurationGroupKey, n),
+                               static_cast<uint32_t>(truncatedMPPInteger<int32_t>(baseline.duration / 6.0)));
+        m_elements->addShort(id, start + kBaselineMarkAfterStart, isProject ? 0x15 : 7);
+        m_elements->addDouble(id, start + kBaselineFixedCostAfterStart,
+                              isProject ? 0.0 : baseline.fixedCost * 100.0);
     }
 }
 
@@ -326,11 +262,11 @@ void KVMPP15TaskWriter::writeBaselineGroup2(uint32_t id, const KVMPPTask& task) 
     for (const KVMPPTaskBaseline& baseline : task.baselines) {
         tvLog(stringWithFormat("baseline %d", static_cast<int>(baseline.number)));
         const auto base = kBaselineGroup2Base + kBaselineGroup2Step * static_cast<uint32_t>(baseline.number);
-        writeShortElement(id, base, 3);
-        writeDateElement(id, base + 1, std::nullopt);
-        writeDateElement(id, base + 2, std::nullopt);
-        writeDoubleElement(id, base + 3, kUnsetFigure);
-        writeDoubleElement(id, base + 4, kUnsetFigure);
+        m_elements->addShort(id, base, 3);
+        m_elements->addDate(id, base + 1, std::nullopt);
+        m_elements->addDate(id, base + 2, std::nullopt);
+        m_elements->addDouble(id, base + 3, kUnsetFigure);
+        m_elements->addDouble(id, base + 4, kUnsetFigure);
     }
 }
 
@@ -345,13 +281,13 @@ void KVMPP15TaskWriter::doWriteTaskVar2Data(uint32_t id, const KVMPPTask& task) 
 void KVMPP15TaskWriter::doWriteVarElements(uint32_t id, const KVMPPTask& task, bool isProject) {
     const std::optional<KVMPPTaskBaseline>& baseline = task.baseline0;
     if (baseline) {
-        writeDoubleElement(id, kBaselineWorkType, baseline->work * 100.0 / 6.0);
-        writeFieldElement(id, MPPField::taskBaselineCost, baseline->cost * 100.0);
+        m_elements->addDouble(id, kTaskBaselineWorkType, baseline->work * 100.0 / 6.0);
+        m_elements->addField(id, MPPField::taskBaselineCost, baseline->cost * 100.0);
     }
     // The project's name is the plan's: the application shows it as the summary task's name.
     const std::string title = task.title.value_or("");
-    writeFieldElement(id, MPPField::taskName,
-                      utf16FromUTF8(isProject ? title : truncateUnicodeString(title, 0, 255)));
+    m_elements->addField(id, MPPField::taskName,
+                         utf16FromUTF8(isProject ? title : truncateUnicodeString(title, 0, 255)));
     if (!isProject) {
         writeNotesAndCustomTexts(id, task);
     }
@@ -363,45 +299,45 @@ void KVMPP15TaskWriter::doWriteVarElements(uint32_t id, const KVMPPTask& task, b
             saved.start = task.startDate;
             saved.finish = task.endDate;
         }
-        writeFieldElement(id, MPPField::taskBaselineDuration,
-                          truncatedMPPInteger<int64_t>(saved.duration / 6.0));
-        writeFieldElement(id, MPPField::taskBaselineStart, KVMPPData::wallClock(saved.start));
-        writeFieldElement(id, MPPField::taskBaselineFinish, KVMPPData::wallClock(saved.finish));
+        m_elements->addField(id, MPPField::taskBaselineDuration,
+                             truncatedMPPInteger<int64_t>(saved.duration / 6.0));
+        m_elements->addField(id, MPPField::taskBaselineStart, KVMPPData::wallClock(saved.start));
+        m_elements->addField(id, MPPField::taskBaselineFinish, KVMPPData::wallClock(saved.finish));
     }
     for (uint32_t type : kZeroElementTypes) {
-        writeEmptyElement(id, type, 8);
+        m_elements->addZeroes(id, type, 8);
     }
     if (baseline) {
-        writeShortElement(id, kBaselineMarkType, isProject ? 0x15 : 7);
+        m_elements->addShort(id, kBaselineMarkType, isProject ? 0x15 : 7);
     }
     writeBaselineGroup1(id, task, isProject);
     if (baseline) {
-        writeIntegerElement(id, kBaselineTailTypes[0], 0xFFFFFFFF);
-        writeIntegerElement(id, kBaselineTailTypes[1], 0xFFFFFFFF);
-        writeDoubleElement(id, kBaselineTailTypes[2], kUnsetFigure);
-        writeDoubleElement(id, kBaselineTailTypes[3], kUnsetFigure);
+        m_elements->addInteger(id, kTaskBaselineTailTypes[0], 0xFFFFFFFF);
+        m_elements->addInteger(id, kTaskBaselineTailTypes[1], 0xFFFFFFFF);
+        m_elements->addDouble(id, kTaskBaselineTailTypes[2], kUnsetFigure);
+        m_elements->addDouble(id, kTaskBaselineTailTypes[3], kUnsetFigure);
     }
     writeBaselineGroup2(id, task);
     if (isProject && !project().tasks.empty()) {
-        startElement(id, kOutlineMarkType);
-        m_var2Data->writeInteger(1);
-        m_var2Data->writeInteger(1);
-        closeElement();
+        m_elements->add(id, kOutlineMarkType, [](KVMPPVar2Data& data) {
+            data.writeInteger(1);
+            data.writeInteger(1);
+        });
     }
     if (!isProject && task.preleveledStart && task.preleveledFinish) {
-        writeFieldElement(id, MPPField::taskPreLeveledStart, KVMPPData::wallClock(task.preleveledStart));
-        writeFieldElement(id, MPPField::taskPreLeveledFinish, KVMPPData::wallClock(task.preleveledFinish));
+        m_elements->addField(id, MPPField::taskPreLeveledStart, KVMPPData::wallClock(task.preleveledStart));
+        m_elements->addField(id, MPPField::taskPreLeveledFinish, KVMPPData::wallClock(task.preleveledFinish));
     }
     for (uint32_t type : kClosingTypes) {
-        writeIntegerElement(id, type, 0xFFFFFFFF);
+        m_elements->addInteger(id, type, 0xFFFFFFFF);
     }
 }
 
 void KVMPP15TaskWriter::writeNotesAndCustomTexts(uint32_t id, const KVMPPTask& task) {
     if (task.notes && !task.notes->empty()) {
-        startElement(id, propertyNumber(MPPField::taskNotes), false);
-        m_var2Data->writeRtfString(*task.notes, kMPPDataEncodingASCII);
-        closeElement();
+        m_elements->addUnfiled(id, propertyNumber(MPPField::taskNotes), [&task](KVMPPVar2Data& data) {
+            data.writeRtfString(*task.notes, kMPPDataEncodingASCII);
+        });
     }
     if (!task.customFieldValues.isResolved()) {
         return;
@@ -409,48 +345,25 @@ void KVMPP15TaskWriter::writeNotesAndCustomTexts(uint32_t id, const KVMPPTask& t
     const std::vector<std::string>& values = task.customFieldValues.values();
     for (size_t position = 1; position <= values.size(); ++position) {
         if (!values[position - 1].empty()) {
-            startElement(id, getTextFieldTypeForIndex(static_cast<int64_t>(position)), false);
-            m_var2Data->writeString(values[position - 1], kMPPDataEncodingUTF16LE);
-            closeElement();
+            m_elements->addUnfiled(id, getTextFieldTypeForIndex(static_cast<int64_t>(position)),
+                                   [&value = values[position - 1]](KVMPPVar2Data& data) {
+                                       data.writeString(value, kMPPDataEncodingUTF16LE);
+                                   });
         }
     }
 }
 
-void KVMPP15TaskWriter::writeVarMeta() {
-    m_varMeta = std::make_unique<KVMPP15VarMeta>(*m_var2Data, kVarMetaEnding);
-    writeStream(kVarMetaStreamName, *m_varMeta, [this] {
-        m_varMeta->writeMetaHeader();
-        for (const VarElement& element : m_varElements) {
-            if (element.filed) {
-                m_varMeta->writeElementMetaWithType(element.type, element.id);
-            } else {
-                m_varMeta->writeNextElementMetaWithID(element.id, element.type);
-            }
-        }
-    });
-}
-
 // Fixed data.
 
-void KVMPP15TaskWriter::writeFixedData() {
-    m_fixedData = std::make_unique<KVMPPFixedData>();
-    writeStream(kFixedDataStreamName, *m_fixedData, [this] {
-        for (size_t header = 0; header < kHeaderElements; ++header) {
-            m_fixedData->startNewElement();
-            m_fixedData->write2ByteInteger(static_cast<uint16_t>(header));
-            m_fixedData->write2ByteInteger(0xFFFF);
-            m_fixedData->writeZeroesBlockOfSize(kHeaderElementSize - 4);
-            m_fixedData->closeCurrentElement();
-        }
-        writeTaskFixedData(project(), true);
-        for (const auto& task : project().tasks) {
-            writeTaskFixedData(*task, false);
-        }
-    });
+void KVMPP15TaskWriter::writeFixedDataRecords() {
+    writeTaskFixedData(project(), true);
+    for (const auto& task : project().tasks) {
+        writeTaskFixedData(*task, false);
+    }
 }
 
 void KVMPP15TaskWriter::writeTaskFixedData(const KVMPPTask& task, bool isProject) {
-    std::vector<uint8_t> record(kRecordSize, 0);
+    std::vector<uint8_t> record(kTaskRecordSize, 0);
     const std::span<uint8_t> bytes(record);
     const auto uid = static_cast<uint32_t>(task.ID);
     putField(bytes, fixed, MPPField::taskID, static_cast<int64_t>(task.ID));
@@ -498,25 +411,14 @@ void KVMPP15TaskWriter::writeTaskFixedData(const KVMPPTask& task, bool isProject
     encodeMPPTimestamp(KVMPPData::wallClock(task.preleveledStart), bytes.subspan(kPreleveledStartOffset));
     encodeMPPHundredths(task.baseline0 ? task.baseline0->fixedCost : 0.0,
                         bytes.subspan(kBaselineFixedCostOffset));
-    m_fixedData->startNewElement();
-    m_fixedData->writeData(record.data(), record.size());
-    m_fixedData->closeCurrentElement();
+    m_fixedData->writeRecord(record);
 }
 
-void KVMPP15TaskWriter::writeFixedMeta() {
-    m_fixedMeta = std::make_unique<KVMPPFixedMeta>(*m_fixedData);
-    writeStream(kFixedMetaStreamName, *m_fixedMeta, [this] {
-        m_fixedMeta->writeMetaHeader();
-        for (size_t header = 0; header < kHeaderElements; ++header) {
-            m_fixedMeta->writeNextElementStartWithInt(kHeaderMetaFirstField);
-            m_fixedMeta->writeInteger(kHeaderMetaSecondWord);
-            m_fixedMeta->writeZeroesBlockOfSize(kMetaEntrySize - 12);
-        }
-        writeTaskFixedMeta(project(), true);
-        for (const auto& task : project().tasks) {
-            writeTaskFixedMeta(*task, false);
-        }
-    });
+void KVMPP15TaskWriter::writeFixedMetaEntries() {
+    writeTaskFixedMeta(project(), true);
+    for (const auto& task : project().tasks) {
+        writeTaskFixedMeta(*task, false);
+    }
 }
 
 std::vector<uint8_t> KVMPP15TaskWriter::fillCustomTextFields(const KVMPPTask& task) {
@@ -565,7 +467,7 @@ void KVMPP15TaskWriter::writeTaskFixedMeta(const KVMPPTask& task, bool isProject
     }
     first |= (notes ? 0x40000u : 0u) | (delayed ? 0x200000u : 0u);
 
-    std::array<uint8_t, kMetaEntrySize> entry{};
+    std::array<uint8_t, kTaskStorage.fixedMetaEntrySize> entry{};
     entry[8] = 0xE3;
     entry[9] = 0xFF;
     entry[10] = 0xFD;
@@ -591,25 +493,16 @@ void KVMPP15TaskWriter::writeTaskFixedMeta(const KVMPPTask& task, bool isProject
     putField(entry, fixedMeta, MPPField::taskMilestone, task.milestone);
     putField(entry, fixedMeta, MPPField::taskEffortDriven, task.getEffortDriven());
 
-    m_fixedMeta->writeNextElementStartWithInt(first);
-    m_fixedMeta->writeData(entry.data() + kMetaEntryStart, kMetaEntrySize - kMetaEntryStart);
+    m_fixedMeta->writeEntry(first, entry);
 }
 
 // Second fixed data.
 
-void KVMPP15TaskWriter::writeFixed2Data() {
-    m_fixed2Data = std::make_unique<KVMPPFixedData>();
-    writeStream(kFixed2DataStreamName, *m_fixed2Data, [this] {
-        for (size_t header = 0; header < kHeaderElements; ++header) {
-            m_fixed2Data->startNewElement();
-            m_fixed2Data->writeZeroesBlockOfSize(kFixed2RecordSize);
-            m_fixed2Data->closeCurrentElement();
-        }
-        writeTaskFixed2Data(project(), true);
-        for (const auto& task : project().tasks) {
-            writeTaskFixed2Data(*task, false);
-        }
-    });
+void KVMPP15TaskWriter::writeFixed2DataRecords() {
+    writeTaskFixed2Data(project(), true);
+    for (const auto& task : project().tasks) {
+        writeTaskFixed2Data(*task, false);
+    }
 }
 
 void KVMPP15TaskWriter::writeTaskFixed2Data(const KVMPPTask& task, bool isProject) {
@@ -641,23 +534,15 @@ void KVMPP15TaskWriter::writeTaskFixed2Data(const KVMPPTask& task, bool isProjec
     data.closeCurrentElement();
 }
 
-void KVMPP15TaskWriter::writeFixed2Meta() {
-    m_fixed2Meta = std::make_unique<KVMPPFixedMeta>(*m_fixed2Data);
-    writeStream(kFixed2MetaStreamName, *m_fixed2Meta, [this] {
-        m_fixed2Meta->writeMetaHeader();
-        for (size_t header = 0; header < kHeaderElements; ++header) {
-            m_fixed2Meta->writeNextElementStartWithInt(0);
-            m_fixed2Meta->writeZeroesBlockOfSize(kFixed2MetaEntrySize - 8);
-        }
-        writeTaskFixed2Meta(project(), true);
-        for (const auto& task : project().tasks) {
-            writeTaskFixed2Meta(*task, false);
-        }
-    });
+void KVMPP15TaskWriter::writeFixed2MetaEntries() {
+    writeTaskFixed2Meta(project(), true);
+    for (const auto& task : project().tasks) {
+        writeTaskFixed2Meta(*task, false);
+    }
 }
 
 void KVMPP15TaskWriter::writeTaskFixed2Meta(const KVMPPTask& task, bool isProject) {
-    std::array<uint8_t, kFixed2MetaEntrySize> entry{};
+    std::array<uint8_t, kTaskStorage.fixed2MetaEntrySize> entry{};
     entry[8] = 0x7F;
     entry[9] = 0xCF;
     for (const KVMPPTaskBaseline& baseline : task.baselines) {
@@ -675,28 +560,17 @@ void KVMPP15TaskWriter::writeTaskFixed2Meta(const KVMPPTask& task, bool isProjec
     if (task.baseline0) {
         entry[kBaselineSavedOffset] |= 0xF0;
     }
-    entry[kFixed2MetaEntrySize - 1] = isProject ? 8 : 0;
+    entry.back() = isProject ? 8 : 0;
     putField(entry, fixed2Meta, MPPField::taskManual, task.manual);
-    m_fixed2Meta->writeNextElementStartWithInt(0);
-    m_fixed2Meta->writeData(entry.data() + kMetaEntryStart, kFixed2MetaEntrySize - kMetaEntryStart);
+    m_fixed2Meta->writeEntry(0, entry);
 }
 
 // Property stream.
 
 void KVMPP15TaskWriter::writeProps() {
-    const auto& names = project().customTaskFieldNames;
-    if (!names || names->empty()) {
-        cloneChildStreamFromTemplate(kPropsStreamName);
-        return;
-    }
-    KVMPPProps props;
-    writeStream(kPropsStreamName, props, [&] {
-        props.open();
+    writeFieldNamesProps(project().customTaskFieldNames, getTextFieldTypeForIndex, [](KVMPPProps& props) {
         props.startNewElementForType(kCustomNamesHeaderType, 2);
         props.write2ByteInteger(0);
         props.closeCurrentElement();
-
-        writeFieldAliasElement(props, *names, getTextFieldTypeForIndex, kVarMetaEnding);
-        props.close();
     });
 }

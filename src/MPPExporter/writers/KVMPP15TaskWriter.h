@@ -1,7 +1,7 @@
 #pragma once
 
-#include "MPPExporter/writers/KVMPPWriter.h"
 #include "MPPExporter/writers/MPPFieldAliasProps.h"
+#include "MPPExporter/writers/MPPObjectStorageWriter.h"
 #include "MPPImporter/format/MPPFieldCatalog.h"
 
 #include <cstdint>
@@ -18,11 +18,9 @@ inline constexpr const char* kTooManyBaselinesException = "TooManyBaselinesExcep
 // then one record per task in ID order, in the fixed, second fixed and variable stream pairs and the
 // property stream. Fields that the readers read by the field catalogue are placed by the same rows,
 // in the layout of the template's application.
-class KVMPP15TaskWriter : public KVMPPWriter {
+class KVMPP15TaskWriter : public MPPObjectStorageWriter {
 public:
-    using KVMPPWriter::KVMPPWriter;
-
-    bool writeDataForProject(const KVMPPProject* project) override;
+    using MPPObjectStorageWriter::MPPObjectStorageWriter;
 
     // Makes the document's root task the project summary: the project takes over its values, the
     // tasks are numbered from 1 in ID order, and references to the root point at the project. Each
@@ -33,22 +31,9 @@ public:
     static uint32_t getTextFieldTypeForIndex(int64_t position);
 
 private:
-    // One element of the variable data: whose, which property, and whether the meta stream finds it
-    // by that pair or by its place in the element order.
-    struct VarElement {
-        uint32_t id;
-        uint32_t type;
-        bool filed;
-    };
+    const MPPObjectStorageLayout& storageLayout() const override;
 
-    void writeVar2Data();
-    void writeVarMeta();
-    void writeFixedData();
-    void writeFixedMeta();
-    void writeFixed2Data();
-    void writeFixed2Meta();
-    void writeProps();
-
+    void writeVar2DataElements() override;
     void writeProjectHeaderElementsToVar2Data();
     void doWriteTaskVar2Data(uint32_t id, const KVMPPTask& task);
     // The elements of the project summary or of one task, in the order the application writes them.
@@ -58,29 +43,24 @@ private:
     // The elements of the baselines of `task` that stand before and behind the fixed 0x496 group.
     void writeBaselineGroup1(uint32_t id, const KVMPPTask& task, bool isProject);
     void writeBaselineGroup2(uint32_t id, const KVMPPTask& task);
-    void writeTaskFixedData(const KVMPPTask& task, bool isProject);
-    void writeTaskFixedMeta(const KVMPPTask& task, bool isProject);
-    void writeTaskFixed2Data(const KVMPPTask& task, bool isProject);
-    void writeTaskFixed2Meta(const KVMPPTask& task, bool isProject);
-    // The custom text bitmap of the fixed meta entry.
-    static std::vector<uint8_t> fillCustomTextFields(const KVMPPTask& task);
-
-    // Element helpers of the variable data; `filed` elements are found by (type, ID).
-    void startElement(uint32_t id, uint32_t type, bool filed = true);
-    void closeElement() { m_var2Data->closeCurrentElement(); }
-    void writeEmptyElement(uint32_t id, uint32_t type, size_t zeroes);
-    void writeIntegerElement(uint32_t id, uint32_t type, uint32_t value);
-    void writeShortElement(uint32_t id, uint32_t type, uint16_t value);
-    void writeDoubleElement(uint32_t id, uint32_t type, double value);
-    void writeDateElement(uint32_t id, uint32_t type, std::optional<TVDate> date);
-    // An element of a catalogue field, under the field's property number.
-    void writeFieldElement(uint32_t id, MPPField field, const MPPFieldValue& value);
     uint32_t propertyNumber(MPPField field) const;
     uint32_t baselinePropertyNumber(int32_t groupKey, int64_t number) const;
+
+    void writeFixedDataRecords() override;
+    void writeTaskFixedData(const KVMPPTask& task, bool isProject);
+    void writeFixedMetaEntries() override;
+    void writeTaskFixedMeta(const KVMPPTask& task, bool isProject);
+    // The custom text bitmap of the fixed meta entry.
+    static std::vector<uint8_t> fillCustomTextFields(const KVMPPTask& task);
+    void writeFixed2DataRecords() override;
+    void writeTaskFixed2Data(const KVMPPTask& task, bool isProject);
+    void writeFixed2MetaEntries() override;
+    void writeTaskFixed2Meta(const KVMPPTask& task, bool isProject);
+
+    // The property stream, with the names of the custom fields.
+    void writeProps() override;
 
     // Encodes a catalogue field into a record of `block` at its place in the template's layout.
     void putField(std::span<uint8_t> record, MPPFieldBlock block, MPPField field,
                   const MPPFieldValue& value) const;
-
-    std::vector<VarElement> m_varElements;
 };

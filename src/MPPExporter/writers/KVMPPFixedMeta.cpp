@@ -19,3 +19,9 @@ void KVMPPFixedMeta::writeNextElementStartWithInt(uint32_t value) {
     writeInteger(value);
     writeInteger(static_cast<uint32_t>(m_fixedData.offsetOfElementAtIndex(m_curElementIndex++)));
 }
+
+void KVMPPFixedMeta::writeEntry(uint32_t value, std::span<const uint8_t> entry) {
+    writeNextElementStartWithInt(value);
+    const std::span<const uint8_t> own = entry.subspan(kEntryStart);
+    writeData(own.data(), own.size());
+}

@@ -1,14 +1,27 @@
 #include "MPPExporter/writers/MPPVarElementList.h"
 
-void MPPVarElementList::add(uint32_t id, uint32_t type, const std::function<void(KVMPPVar2Data&)>& fill) {
+#include "MPPExporter/writers/MPPFieldWrites.h"
+
+void MPPVarElementList::add(uint32_t id, uint32_t type, const Fill& fill) {
     m_data.startNewElementWithType(type, id);
     fill(m_data);
     m_data.closeCurrentElement();
-    m_elements.emplace_back(id, type);
+    m_elements.push_back({id, type, true});
+}
+
+void MPPVarElementList::addUnfiled(uint32_t id, uint32_t type, const Fill& fill) {
+    m_data.startNewElement();
+    fill(m_data);
+    m_data.closeCurrentElement();
+    m_elements.push_back({id, type, false});
 }
 
 void MPPVarElementList::addZeroes(uint32_t id, uint32_t type, size_t count) {
     add(id, type, [count](KVMPPVar2Data& data) { data.writeZeroesBlockOfSize(count); });
+}
+
+void MPPVarElementList::addShort(uint32_t id, uint32_t type, uint16_t value) {
+    add(id, type, [value](KVMPPVar2Data& data) { data.write2ByteInteger(value); });
 }
 
 void MPPVarElementList::addInteger(uint32_t id, uint32_t type, uint32_t value) {
@@ -19,9 +32,23 @@ void MPPVarElementList::addDouble(uint32_t id, uint32_t type, double value) {
     add(id, type, [value](KVMPPVar2Data& data) { data.writeDouble(value); });
 }
 
+void MPPVarElementList::addDate(uint32_t id, uint32_t type, std::optional<TVDate> date) {
+    add(id, type, [date](KVMPPVar2Data& data) { data.writeDate(date); });
+}
+
+void MPPVarElementList::addField(uint32_t id, MPPField field, const MPPFieldValue& value) {
+    const std::vector<uint8_t> bytes = encodeMPPFieldPayload(m_layoutVersion, field, value);
+    add(id, mppFieldPropertyNumber(m_layoutVersion, field),
+        [&bytes](KVMPPVar2Data& data) { data.writeData(bytes.data(), bytes.size()); });
+}
+
 void MPPVarElementList::writeMeta(KVMPP15VarMeta& meta) const {
     meta.writeMetaHeader();
-    for (const auto& [id, type] : m_elements) {
-        meta.writeElementMetaWithType(type, id);
+    for (const Element& element : m_elements) {
+        if (element.filed) {
+            meta.writeElementMetaWithType(element.type, element.id);
+        } else {
+            meta.writeNextElementMetaWithID(element.id, element.type);
+        }
     }
 }
