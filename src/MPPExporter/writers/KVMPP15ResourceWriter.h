@@ -3,9 +3,11 @@
 #include "MPPExporter/MPPObjects/KVMPPResourceBaseline.h"
 #include "MPPExporter/writers/KVMPPWriter.h"
 #include "MPPExporter/writers/MPPVarElementList.h"
+#include "MPPImporter/format/MPPFieldCatalog.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 class KVMPPResource;
 
@@ -41,7 +43,11 @@ private:
     void writeFixed2Meta();
     void writeProps();
 
-    void writeCommonElements(uint32_t id);
+    // The elements of every resource; `baseline` is the resource's Baseline.
+    void writeCommonElements(uint32_t id, const std::optional<KVMPPResourceBaseline>& baseline);
+    void writeField(uint32_t id, MPPField field, const MPPFieldValue& value);
+    // The mark of a Baseline with its work in thousandths of a minute, or none for the plan's mark.
+    void writeBaselineMark(uint32_t id, std::optional<double> work);
     void writeDefaultResourceBaselines();
     void writeNumberedBaseline(uint32_t id, const KVMPPResourceBaseline& baseline);
     void writeResourceElements(const KVMPPResource& resource);

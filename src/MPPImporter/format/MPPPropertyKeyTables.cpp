@@ -62,6 +62,8 @@ constexpr KeyRow kPropertyIDRows[] = {
     {85, {176, 422, 422, 422, 422}},
     {86, {180, 432, 432, 432, 432}},
     {88, {kAbsent, 68, 68, 68, 68}},
+    {394, {kAbsent, kAbsent, kAbsent, 15, 15}},
+    {395, {kAbsent, kAbsent, kAbsent, 17, 17}},
     {90, {kAbsent, 350, 350, 350, 350}},
     {91, {kAbsent, 360, 360, 360, 360}},
     {92, {kAbsent, 370, 370, 370, 370}},
@@ -218,8 +220,10 @@ constexpr KeyRow kPropertyOffsetRows[] = {
     {28, {8, 8, 8, 8, 8}},
     {29, {14, 14, 14, 18, 18}},
     {30, {16, 16, 16, 14, 14}},
-    {50, {148, 148, 148, 40, 40}},
-    {51, {68, 68, 68, 48, 48}},
+    // Applications 15 and 16 keep a resource's Baseline in the variable data (keys 394 and 395); 40 and
+    // 48 of their items hold its cost and work.
+    {50, {148, 148, 148, kAbsent, kAbsent}},
+    {51, {68, 68, 68, kAbsent, kAbsent}},
     {52, {140, 140, 140, 40, 40}},
     {53, {84, 84, 84, 72, 72}},
     {54, {4, 4, 4, 0, 0}},
