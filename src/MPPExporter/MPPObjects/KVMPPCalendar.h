@@ -23,8 +23,8 @@ public:
     const MPPGuid& getGUID() const { return GUID; }
 
     // Working seconds between two dates on a fixed week, Monday to Friday 08:00 to 12:00 and 13:00 to
-    // 17:00, whatever this calendar's own weeks say. It places split stretches and assignment phases,
-    // to the second that the bundle's dates state.
+    // 17:00, whatever this calendar's own weeks say, to the second that the bundle's dates state. It
+    // measures the span of an assignment's timephased work.
     // The days between are counted by wall-clock dates in the system zone; the weekday of the last
     // day is not examined.
     static int64_t workingTimeFromDate(TVDate fromDate, TVDate toDate);

@@ -4,6 +4,7 @@
 #include "MPPCommon/shared/MSPCBoolValue.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
+#include "MPPExporter/MPPObjects/KVMSPEScheduleCalendar.h"
 #include "MPPExporter/Mappers/KVMSPEAssignmentMapper.h"
 #include "MPPExporter/Mappers/KVMSPECalendarMapper.h"
 #include "MPPExporter/Mappers/KVMSPEIdMapper.h"
@@ -16,6 +17,7 @@
 #include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 
 #include <algorithm>
+#include <cmath>
 #include <ctime>
 #include <functional>
 #include <set>
@@ -390,15 +392,16 @@ void KVMSPEProjectMapper::mapSplitTaskTimePhases(KVMPPAssignment& assignment,
         return;
     }
     // Shifts are working seconds from the assignment's start, where the reader lays the stretches out
-    // from: its own, or else its task's, which the writer gives it; a task that starts before its
-    // first piece, with work done before it, has its first stretch shifted too. A stretch without a
-    // date, or one before the start, has none.
+    // from on the standard calendar: its own start, or else its task's, which the writer gives it; a
+    // task that starts before its first piece, with work done before it, has its first stretch shifted
+    // too. A stretch without a date has none.
     const std::optional<TVDate> reference = assignment.startDate ? assignment.startDate
                                             : taskStart          ? taskStart
                                                                  : timePhases.front().startDate;
-    const auto shift = [&reference](const std::optional<TVDate>& date) {
-        return reference && date && *reference < *date
-                   ? static_cast<uint32_t>(KVMPPCalendar::workingTimeFromDate(*reference, *date))
+    const KVMSPEScheduleCalendar& standard = KVMSPEScheduleCalendar::standardCalendar();
+    const auto shift = [&](const std::optional<TVDate>& date) {
+        return reference && date
+                   ? static_cast<uint32_t>(std::round(standard.workingTimeFromDate(*reference, *date)))
                    : 0;
     };
     for (const KVMSPETimephasedDataInfo& piece : timePhases) {
