@@ -62,8 +62,6 @@ constexpr KeyRow kPropertyIDRows[] = {
     {85, {176, 422, 422, 422, 422}},
     {86, {180, 432, 432, 432, 432}},
     {88, {kAbsent, 68, 68, 68, 68}},
-    {394, {kAbsent, kAbsent, kAbsent, 15, 15}},
-    {395, {kAbsent, kAbsent, kAbsent, 17, 17}},
     {90, {kAbsent, 350, 350, 350, 350}},
     {91, {kAbsent, 360, 360, 360, 360}},
     {92, {kAbsent, 370, 370, 370, 370}},
@@ -190,6 +188,9 @@ constexpr KeyRow kPropertyIDRows[] = {
     {391, {0xC7, 0x161, 0x161, 0x161, 0x161}},
     {392, {0xCF, 0x16A, 0x16A, 0x16A, 0x16A}},
     {393, {0xD7, 0x173, 0x173, 0x173, 0x173}},
+    // A resource's Baseline work and cost in the variable data of applications 15 and 16.
+    {394, {kAbsent, kAbsent, kAbsent, 15, 15}},
+    {395, {kAbsent, kAbsent, kAbsent, 17, 17}},
 };
 
 // Byte offsets into a fixed data item, or into a Fixed2 or meta item where the reader says so.
