@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// One worked stretch of a split assignment. The shifts are working minutes from the start of the
+// One worked stretch of a split assignment. The shifts are working seconds from the start of the
 // first stretch to this stretch's start and finish; work is in seconds.
 class KVMPPAssignmentPhase {
 public:

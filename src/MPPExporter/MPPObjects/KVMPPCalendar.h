@@ -22,13 +22,14 @@ public:
 
     const MPPGuid& getGUID() const { return GUID; }
 
-    // Working minutes between two dates on a fixed week, Monday to Friday 08:00 to 12:00 and 13:00 to
-    // 17:00, whatever this calendar's own weeks say. It places split stretches and assignment phases.
+    // Working seconds between two dates on a fixed week, Monday to Friday 08:00 to 12:00 and 13:00 to
+    // 17:00, whatever this calendar's own weeks say, to the second that the bundle's dates state. It
+    // measures the span of an assignment's timephased work.
     // The days between are counted by wall-clock dates in the system zone; the weekday of the last
     // day is not examined.
     static int64_t workingTimeFromDate(TVDate fromDate, TVDate toDate);
-    // The overlap, in minutes, of a range with an interval; never below 0.
-    static int64_t workingTimeFromTime(int64_t fromMinute, int64_t toMinute, int64_t rangeStart,
+    // The overlap of a range with an interval, in their unit; never below 0.
+    static int64_t workingTimeFromTime(int64_t fromTime, int64_t toTime, int64_t rangeStart,
                                        int64_t rangeEnd);
 
     MPPGuid GUID = newRandomMPPGuid();

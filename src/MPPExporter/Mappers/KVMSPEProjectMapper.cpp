@@ -4,6 +4,7 @@
 #include "MPPCommon/shared/MSPCBoolValue.h"
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
+#include "MPPExporter/MPPObjects/KVMSPEScheduleCalendar.h"
 #include "MPPExporter/Mappers/KVMSPEAssignmentMapper.h"
 #include "MPPExporter/Mappers/KVMSPECalendarMapper.h"
 #include "MPPExporter/Mappers/KVMSPEIdMapper.h"
@@ -16,6 +17,7 @@
 #include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 
 #include <algorithm>
+#include <cmath>
 #include <ctime>
 #include <functional>
 #include <set>
@@ -340,7 +342,7 @@ std::vector<KVMSPEProjectMapper::TaskVisit> KVMSPEProjectMapper::addTvnxTask(con
     }
 
     if (!assignments.empty()) {
-        addTvnxAssignments(assignments, element, timePhases, project);
+        addTvnxAssignments(assignments, element, timePhases, task->startDate, project);
     } else if (const auto id = tvnxread::attribute(element, tvnx::attribute::kId)) {
         tvAssert(_scheduledTasks->count(*id) != 0,
                  "Can not find task with UID=" + *id + " in the list of scheduled tasks.");
@@ -350,7 +352,7 @@ std::vector<KVMSPEProjectMapper::TaskVisit> KVMSPEProjectMapper::addTvnxTask(con
         tvAssert(uid >= 1,
                  stringWithFormat("Incorrect UID for dummy assignment (%lld).", static_cast<long long>(uid)));
         if (timePhases) {
-            mapSplitTaskTimePhases(*assignment, *timePhases);
+            mapSplitTaskTimePhases(*assignment, *timePhases, task->startDate);
         }
         project.assignments.push_back(std::move(assignment));
     }
@@ -359,7 +361,8 @@ std::vector<KVMSPEProjectMapper::TaskVisit> KVMSPEProjectMapper::addTvnxTask(con
 
 void KVMSPEProjectMapper::addTvnxAssignments(
     const std::vector<ElementPtr>& assignments, KVMSPCXMLElement& task,
-    const std::optional<std::vector<KVMSPETimephasedDataInfo>>& timePhases, KVMPPProject& project) {
+    const std::optional<std::vector<KVMSPETimephasedDataInfo>>& timePhases, std::optional<TVDate> taskStart,
+    KVMPPProject& project) {
     KVMSPEAssignmentMapper assignmentMapper(mapper(), task, assignments);
     // Nested assignment elements are flattened, each in its place; the parser bounds their depth.
     const std::function<void(const std::vector<ElementPtr>&)> addAll =
@@ -373,7 +376,7 @@ void KVMSPEProjectMapper::addTvnxAssignments(
                 if (std::shared_ptr<KVMPPAssignment> assignment =
                         assignmentMapper.newAssignmentFromTVNXAssignment(*element)) {
                     if (timePhases) {
-                        mapSplitTaskTimePhases(*assignment, *timePhases);
+                        mapSplitTaskTimePhases(*assignment, *timePhases, taskStart);
                     }
                     project.assignments.push_back(std::move(assignment));
                 }
@@ -382,26 +385,33 @@ void KVMSPEProjectMapper::addTvnxAssignments(
     addAll(assignments);
 }
 
-void KVMSPEProjectMapper::mapSplitTaskTimePhases(
-    KVMPPAssignment& assignment, const std::vector<KVMSPETimephasedDataInfo>& timePhases) const {
+void KVMSPEProjectMapper::mapSplitTaskTimePhases(KVMPPAssignment& assignment,
+                                                 const std::vector<KVMSPETimephasedDataInfo>& timePhases,
+                                                 std::optional<TVDate> taskStart) const {
     if (timePhases.empty()) {
         return;
     }
-    // Shifts are working minutes from the first stretch's start; a stretch without a date has none.
-    const std::optional<TVDate> reference = timePhases.front().startDate;
-    const auto shift = [&reference](const std::optional<TVDate>& date) {
+    // Shifts are working seconds from the assignment's start, where the reader lays the stretches out
+    // from on the standard calendar: its own start, or else its task's, which the writer gives it; a
+    // task that starts before its first piece, with work done before it, has its first stretch shifted
+    // too. A stretch without a date has none.
+    const std::optional<TVDate> reference = assignment.startDate ? assignment.startDate
+                                            : taskStart          ? taskStart
+                                                                 : timePhases.front().startDate;
+    const KVMSPEScheduleCalendar& standard = KVMSPEScheduleCalendar::standardCalendar();
+    const auto shift = [&](const std::optional<TVDate>& date) {
         return reference && date
-                   ? static_cast<uint32_t>(KVMPPCalendar::workingTimeFromDate(*reference, *date))
+                   ? static_cast<uint32_t>(std::round(standard.workingTimeFromDate(*reference, *date)))
                    : 0;
     };
-    bool first = true;
     for (const KVMSPETimephasedDataInfo& piece : timePhases) {
         KVMPPAssignmentPhase phase;
-        phase.work = piece.effort;
+        // The reader lays a stretch out for as long as its work: the piece's working time places it
+        // where the bundle has it, and the assignment's work shares the total out among the pieces.
+        phase.work = piece.duration > 0 ? piece.duration : piece.effort;
         phase.workPerDay = 160000.0;
-        phase.startShift = first ? 0 : shift(piece.startDate);
+        phase.startShift = shift(piece.startDate);
         phase.finishShift = shift(piece.endDate);
         assignment.assignmentPhases.push_back(phase);
-        first = false;
     }
 }

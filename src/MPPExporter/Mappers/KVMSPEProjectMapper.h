@@ -52,9 +52,11 @@ public:
 
     // The custom field names of tasks and resources that the table of contents declares, 30 at most.
     void readCustomDataKeys(KVMSPCXMLElement& tocRoot, KVMPPProject& project) const;
-    // Gives the assignment one phase per worked stretch of its split task.
+    // Gives the assignment one phase per worked stretch of its split task, in working seconds from the
+    // assignment's start, or else from `taskStart`.
     void mapSplitTaskTimePhases(KVMPPAssignment& assignment,
-                                const std::vector<KVMSPETimephasedDataInfo>& timePhases) const;
+                                const std::vector<KVMSPETimephasedDataInfo>& timePhases,
+                                std::optional<TVDate> taskStart) const;
 
 private:
     struct ResourceVisit;
@@ -71,7 +73,7 @@ private:
     static void rollUpGroupDates(const KVMPPProject& project);
     void addTvnxAssignments(const std::vector<ElementPtr>& assignments, KVMSPCXMLElement& task,
                             const std::optional<std::vector<KVMSPETimephasedDataInfo>>& timePhases,
-                            KVMPPProject& project);
+                            std::optional<TVDate> taskStart, KVMPPProject& project);
 
     ElementPtr _tvnxScenario;
     bool _scheduleFromStart = true;

@@ -7,6 +7,7 @@
 #include "MPPImporter/Mapper/utilities/KVMSPIUtilities.h"
 
 #include <array>
+#include <cmath>
 #include <cstdlib>
 
 namespace {
@@ -25,6 +26,13 @@ double floatValue(KVMSPCXMLElement& task, const char* name) {
     TVError error;
     const double value = task.floatValueForXQuery(name, &error);
     return error.code == 0 ? value : 0.0;
+}
+
+// Work in whole seconds, to the nearest: the effort of a split task sums the efforts of its pieces, each
+// kept to the hundredth, which may fall a hundredth short of the whole seconds of the plan; cut off, it
+// would lose a second in every round.
+double secondsValue(KVMSPCXMLElement& task, const char* name) {
+    return std::round(floatValue(task, name));
 }
 
 int64_t intValue(KVMSPCXMLElement& task, const char* name) {
@@ -102,8 +110,8 @@ KVMSPEScheduledTaskInfo::KVMSPEScheduledTaskInfo(KVMSPCXMLElement& tvnxTask) {
         _completionPercentage = floatValue(tvnxTask, element::kCompletionPercentage);
         _workPercentCompletion = _completionPercentage;
     } else {
-        _effort = static_cast<double>(intValue(tvnxTask, element::kEffort));
-        _effortDone = static_cast<double>(intValue(tvnxTask, element::kEffortDone));
+        _effort = secondsValue(tvnxTask, element::kEffort);
+        _effortDone = secondsValue(tvnxTask, element::kEffortDone);
         _workPercentCompletion = shareOf(_effortDone, _effort);
     }
 

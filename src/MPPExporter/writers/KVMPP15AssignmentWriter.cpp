@@ -79,6 +79,24 @@ uint32_t blockWord(double units) {
                : static_cast<uint32_t>(units);
 }
 
+// Working seconds as the block's word of 80ths of a minute, rounded up: the reader's date of the
+// word's 0.75-second steps then lies within the second counted, which its dates keep.
+uint32_t blockTime(int64_t seconds) {
+    return blockWord(std::ceil(static_cast<double>(seconds) * kUnitsPerMinute / 60.0));
+}
+
+// The cumulative work after a stretch of `seconds` of work, in thousandths of a minute. The reader takes
+// a stretch's work as the difference of two cumulative figures in seconds; where rounding leaves that
+// difference short of the stretch's work, the figure is raised to the next double, so that a stretch of
+// whole seconds reads back whole, whatever the figures before it.
+double cumulativeWork(double before, double seconds) {
+    double after = before + work(seconds);
+    while (std::isfinite(after) && (after - before) * 60.0 / 1000.0 < seconds) {
+        after = std::nextafter(after, std::numeric_limits<double>::infinity());
+    }
+    return after;
+}
+
 const KVMPPResource* resourceOf(const KVMPPAssignment& assignment) {
     return assignment.resource.object();
 }
@@ -160,11 +178,10 @@ std::array<double, 5> KVMPP15AssignmentWriter::workFigures(const KVMPPAssignment
 std::vector<uint8_t> KVMPP15AssignmentWriter::plannedWork(const KVMPPAssignment& assignment) {
     const std::vector<KVMPPAssignmentPhase>& phases = assignment.assignmentPhases;
     const double remaining = work(assignment.remainingWork);
-    const uint32_t span = assignment.startDate && assignment.finishDate
-                              ? blockWord(static_cast<double>(KVMPPCalendar::workingTimeFromDate(
-                                              *assignment.startDate, *assignment.finishDate)) *
-                                          kUnitsPerMinute)
-                              : 0;
+    const uint32_t span =
+        assignment.startDate && assignment.finishDate
+            ? blockTime(KVMPPCalendar::workingTimeFromDate(*assignment.startDate, *assignment.finishDate))
+            : 0;
     std::vector<uint8_t> bytes;
     appendToBlock(bytes, static_cast<uint16_t>(phases.empty() ? 0 : 2 * phases.size() - 1));
     appendToBlock(bytes, kBlockHeaderWord);
@@ -195,8 +212,8 @@ std::vector<uint8_t> KVMPP15AssignmentWriter::plannedWork(const KVMPPAssignment&
     double done = 0;
     for (size_t i = 0; i < phases.size(); ++i) {
         const KVMPPAssignmentPhase& phase = phases[i];
-        done += phase.work * 1000.0 / 60.0;
-        appendToBlock(bytes, blockWord(static_cast<double>(phase.startShift) * kUnitsPerMinute));
+        done = cumulativeWork(done, phase.work);
+        appendToBlock(bytes, blockTime(phase.startShift));
         appendToBlock(bytes, done);
         appendToBlock(bytes, phase.workPerDay);
         if (i == 0) {
@@ -207,7 +224,7 @@ std::vector<uint8_t> KVMPP15AssignmentWriter::plannedWork(const KVMPPAssignment&
         }
         appendToBlock(bytes, uint32_t{0});
         if (i + 1 < phases.size()) {
-            appendToBlock(bytes, blockWord(static_cast<double>(phase.finishShift) * kUnitsPerMinute));
+            appendToBlock(bytes, blockTime(phase.finishShift));
             appendToBlock(bytes, done);
             appendToBlock(bytes, 0.0);
             appendToBlock(bytes, uint64_t{0});

@@ -58,14 +58,22 @@ constexpr size_t kFixed2BaselineBitmapSize = 12;
 // Element types of the variable data that no reader reads, as the application writes them.
 constexpr uint32_t kInitialsType = 2;
 constexpr uint32_t kGroupType = 3;
-constexpr uint32_t kBaselineWorkType = 0x0F;
-constexpr uint32_t kBaselineCostType = 0x11;
 constexpr uint32_t kKindType = 0x55;
 constexpr uint32_t kStampType = 0x2D6;
 constexpr uint32_t kBlankType = 0x2E3;
 constexpr uint32_t kBaselineTailTypes[] = {0x2F4, 0x2F5};
 constexpr uint8_t kStamp[] = {0x6C, 0x16, 0x85, 0x2B};
 constexpr const char* kNoInitials = "s";
+
+// The Baseline's timephased work, which marks that a resource holds a Baseline: a count of records, the
+// header's size, the total work in thousandths of a minute and its working time in tenths of a minute,
+// then records of the work up to a point, the working time since the last point, a gap mark and the
+// point. The bundle keeps no timephased Baseline, so the block holds no stretches: as the default
+// resource's block in the application's files, an opening and a closing point at the stamps that end
+// its time line, as the files of application 16 hold them.
+constexpr uint16_t kCurveHeaderWord = 0x10;
+constexpr uint32_t kCurveHeaderSize = 28;
+constexpr uint32_t kCurveEndStamps[] = {0x340A75F6, 0x340A75F7};
 
 // Work in seconds as thousandths of a minute; material amounts stand as they are.
 double converted(double seconds) {
@@ -161,19 +169,26 @@ bool KVMPP15ResourceWriter::firstTaskHasBaseline0() const {
 // Variable data.
 
 void KVMPP15ResourceWriter::writeVar2DataElements() {
-    writeCommonElements(0);
+    writeCommonElements(0, std::nullopt);
     writeDefaultResourceBaselines();
     for (const auto& resource : project().resources) {
-        writeCommonElements(static_cast<uint32_t>(resource->ID));
+        writeCommonElements(static_cast<uint32_t>(resource->ID), resource->baseline0);
         writeResourceElements(*resource);
     }
 }
 
-void KVMPP15ResourceWriter::writeCommonElements(uint32_t id) {
-    const bool saved = project().baselineSetted;
+// Where a baseline is saved, every resource holds its Baseline's work and cost, at zero where it has
+// none, as the default resource does.
+void KVMPP15ResourceWriter::writeCommonElements(uint32_t id,
+                                                const std::optional<KVMPPResourceBaseline>& baseline) {
+    const bool saved = project().baselineSetted || baseline.has_value();
     if (saved) {
-        m_elements->addZeroes(id, kBaselineWorkType, 8);
-        m_elements->addZeroes(id, kBaselineCostType, 8);
+        const KVMPPResourceBaseline values = baseline.value_or(KVMPPResourceBaseline{});
+        m_elements->addField(id, MPPField::resourceBaselineWork, converted(values.work));
+        m_elements->addField(id, MPPField::resourceBaselineCost, values.cost * 100.0);
+    }
+    if (baseline) {
+        writeBaselineMark(id, converted(baseline->work));
     }
     m_elements->add(id, kStampType, [](KVMPPVar2Data& data) { data.writeData(kStamp, sizeof(kStamp)); });
     m_elements->addZeroes(id, kBlankType, 16);
@@ -185,13 +200,19 @@ void KVMPP15ResourceWriter::writeCommonElements(uint32_t id) {
 }
 
 // The default resource holds the work and cost of every numbered baseline that a resource holds, at
-// zero, as the application's files do: readers take it for the plan's mark of the baselines saved.
+// zero, and the mark of the Baseline where a resource holds one, as the application's files do: readers
+// take them for the plan's marks of the baselines saved.
 void KVMPP15ResourceWriter::writeDefaultResourceBaselines() {
     std::set<int64_t> numbers;
+    bool baseline0 = false;
     for (const auto& resource : project().resources) {
         for (const KVMPPResourceBaseline& baseline : resource->baselines) {
             numbers.insert(baseline.number);
         }
+        baseline0 = baseline0 || resource->baseline0.has_value();
+    }
+    if (baseline0) {
+        writeBaselineMark(0, std::nullopt);
     }
     for (const int64_t number : numbers) {
         writeNumberedBaseline(0, KVMPPResourceBaseline{.work = 0, .cost = 0, .number = number});
@@ -219,6 +240,27 @@ void KVMPP15ResourceWriter::writeNumberedBaseline(uint32_t id, const KVMPPResour
     m_elements->addDouble(id, *cost, baseline.cost * 100.0);
 }
 
+// The Baseline's timephased work without stretches; its total is unset for the default resource.
+void KVMPP15ResourceWriter::writeBaselineMark(uint32_t id, std::optional<double> work) {
+    m_elements->add(id, mppFieldPropertyNumber(layoutVersion(), MPPField::resourceBaselineMark),
+                    [work](KVMPPVar2Data& data) {
+                        data.write2ByteInteger(static_cast<uint16_t>(std::size(kCurveEndStamps)));
+                        data.write2ByteInteger(kCurveHeaderWord);
+                        data.writeInteger(kCurveHeaderSize);
+                        data.writeDouble(work.value_or(kUnsetFigure));
+                        data.writeZeroesBlockOfSize(12);
+                        // The opening point holds no work yet, the closing one the total.
+                        data.writeDouble(kUnsetFigure);
+                        data.writeInteger(0);
+                        data.writeInteger(1);
+                        data.writeInteger(kCurveEndStamps[0]);
+                        data.writeDouble(work.value_or(kUnsetFigure));
+                        data.writeInteger(0);
+                        data.writeInteger(1);
+                        data.writeInteger(kCurveEndStamps[1]);
+                    });
+}
+
 void KVMPP15ResourceWriter::writeResourceElements(const KVMPPResource& resource) {
     const auto id = static_cast<uint32_t>(resource.ID);
     const auto text = [&](uint32_t type, const std::string& value) {
@@ -241,10 +283,6 @@ void KVMPP15ResourceWriter::writeResourceElements(const KVMPPResource& resource)
             }
         }
     }
-    if (resource.baseline0) {
-        m_elements->addDouble(id, kBaselineWorkType, converted(resource.baseline0->work));
-        m_elements->addDouble(id, kBaselineCostType, resource.baseline0->cost * 100.0);
-    }
     if (resource.hasNotes()) {
         m_elements->add(id, mppFieldPropertyNumber(layoutVersion(), MPPField::resourceNotes),
                         [&resource](KVMPPVar2Data& data) {
@@ -255,11 +293,6 @@ void KVMPP15ResourceWriter::writeResourceElements(const KVMPPResource& resource)
         field(MPPField::resourceEmailAddress, *resource.emailAddress);
     }
     m_elements->addInteger(id, kKindType, 2);
-    if (resource.baseline0) {
-        for (uint32_t type : kBaselineTailTypes) {
-            m_elements->addZeroes(id, type, 8);
-        }
-    }
     for (const KVMPPResourceBaseline& baseline : resource.baselines) {
         writeNumberedBaseline(id, baseline);
     }

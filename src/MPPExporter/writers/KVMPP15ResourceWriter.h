@@ -2,8 +2,10 @@
 
 #include "MPPExporter/MPPObjects/KVMPPResourceBaseline.h"
 #include "MPPExporter/writers/MPPObjectStorageWriter.h"
+#include "MPPImporter/format/MPPFieldCatalog.h"
 
 #include <cstdint>
+#include <optional>
 
 class KVMPPResource;
 
@@ -32,7 +34,10 @@ private:
     const MPPObjectStorageLayout& storageLayout() const override;
 
     void writeVar2DataElements() override;
-    void writeCommonElements(uint32_t id);
+    // The elements of every resource; `baseline` is the resource's Baseline.
+    void writeCommonElements(uint32_t id, const std::optional<KVMPPResourceBaseline>& baseline);
+    // The mark of a Baseline with its work in thousandths of a minute, or none for the plan's mark.
+    void writeBaselineMark(uint32_t id, std::optional<double> work);
     void writeDefaultResourceBaselines();
     void writeNumberedBaseline(uint32_t id, const KVMPPResourceBaseline& baseline);
     void writeResourceElements(const KVMPPResource& resource);

@@ -151,6 +151,36 @@ constexpr MPPFieldRow kRows[] = {
     // The mark of a cost resource, in the Fixed2 meta item of formats 12 and 14.
     {MPPField::resourceCostResource, "resourceCostResource", kAllLayouts, fixed2Meta,
      kResourceIsCostResourceKey, flag, bits(0x10)},
+    // A resource's Baseline: variable data in the files of applications 15 and 16, words of the fixed
+    // item in the others. Work is kept as stored (thousandths of a minute), and so is cost (hundredths).
+    {MPPField::resourceBaselineWork,
+     "resourceBaselineWork",
+     {15, 16},
+     var,
+     kResourceBaselineWorkVarKey,
+     float64},
+    {MPPField::resourceBaselineWork,
+     "resourceBaselineWork",
+     {9, 12, 14},
+     fixed,
+     kResourceBaselineWorkKey,
+     float64},
+    {MPPField::resourceBaselineCost,
+     "resourceBaselineCost",
+     {15, 16},
+     var,
+     kResourceBaselineCostVarKey,
+     float64},
+    {MPPField::resourceBaselineCost,
+     "resourceBaselineCost",
+     {9, 12, 14},
+     fixed,
+     kResourceBaselineCostKey,
+     float64},
+    // The mark that a resource, or for the default resource the plan, holds a Baseline: the Baseline's
+    // timephased work, from format 12 on.
+    {MPPField::resourceBaselineMark, "resourceBaselineMark", kAllLayouts, var, kResourceBaselineZeroKey,
+     bytes},
 
     {MPPField::calendarBaseUID, "calendarBaseUID", kAllLayouts, fixed, kCalendarBaseUIDKey, int32},
     {MPPField::calendarResourceUID, "calendarResourceUID", kAllLayouts, fixed, kCalendarResourceUIDKey,

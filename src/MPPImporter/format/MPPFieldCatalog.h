@@ -194,6 +194,9 @@ enum class MPPField : uint16_t {
     taskFlag19,
     taskFlag20,
     resourceCostResource,
+    resourceBaselineWork,
+    resourceBaselineCost,
+    resourceBaselineMark,
 };
 
 inline constexpr int32_t kMPPTaskFlagCount = 20;

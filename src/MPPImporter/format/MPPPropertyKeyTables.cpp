@@ -188,6 +188,9 @@ constexpr KeyRow kPropertyIDRows[] = {
     {391, {0xC7, 0x161, 0x161, 0x161, 0x161}},
     {392, {0xCF, 0x16A, 0x16A, 0x16A, 0x16A}},
     {393, {0xD7, 0x173, 0x173, 0x173, 0x173}},
+    // A resource's Baseline work and cost in the variable data of applications 15 and 16.
+    {394, {kAbsent, kAbsent, kAbsent, 15, 15}},
+    {395, {kAbsent, kAbsent, kAbsent, 17, 17}},
 };
 
 // Byte offsets into a fixed data item, or into a Fixed2 or meta item where the reader says so.
@@ -218,8 +221,10 @@ constexpr KeyRow kPropertyOffsetRows[] = {
     {28, {8, 8, 8, 8, 8}},
     {29, {14, 14, 14, 18, 18}},
     {30, {16, 16, 16, 14, 14}},
-    {50, {148, 148, 148, 40, 40}},
-    {51, {68, 68, 68, 48, 48}},
+    // Applications 15 and 16 keep a resource's Baseline in the variable data (keys 394 and 395); 40 and
+    // 48 of their items hold its cost and work.
+    {50, {148, 148, 148, kAbsent, kAbsent}},
+    {51, {68, 68, 68, kAbsent, kAbsent}},
     {52, {140, 140, 140, 40, 40}},
     {53, {84, 84, 84, 72, 72}},
     {54, {4, 4, 4, 0, 0}},

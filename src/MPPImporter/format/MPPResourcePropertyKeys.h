@@ -5,7 +5,7 @@
 // The property keys of resource fields, which the version's property list turns into an offset in the
 // resource's fixed or second fixed meta item, or into a property number of its variable data.
 enum MPPResourcePropertyKey : int32_t {
-    // Baseline 0, fixed data.
+    // Baseline 0, fixed data of formats 9 and 12 and of application 14's files.
     kResourceBaselineCostKey = 50,
     kResourceBaselineWorkKey = 51,
     kResourceCostKey = 52,
@@ -30,4 +30,7 @@ enum MPPResourcePropertyKey : int32_t {
     kResourceEmailAddressKey = 101,
     kResourceNameKey = 102,
     kResourceNotesKey = 103,
+    // Baseline 0, variable data of the files of applications 15 and 16.
+    kResourceBaselineWorkVarKey = 394,
+    kResourceBaselineCostVarKey = 395,
 };

@@ -227,8 +227,9 @@ bool KVMSPIMPPResourceReader::hasBaseline(int32_t uid, int32_t index, bool& valu
         return false;
     }
     const KVMSPIMPPPropertyList& list = MPPPropertyList();
+    const auto mark = m_reads.place(MPPField::resourceBaselineMark);
     const std::vector<std::optional<uint32_t>> properties =
-        index == 0 ? std::vector{list.propertyID(kResourceBaselineZeroKey)}
+        index == 0 ? std::vector{mark ? std::optional(mark->position) : std::nullopt}
                    : std::vector{list.propertyID(kResourceBaselineGroupKey, index),
                                  list.propertyID(kResourceBaselineCostGroupKey, index),
                                  list.propertyID(kResourceBaselineWorkGroupKey, index)};

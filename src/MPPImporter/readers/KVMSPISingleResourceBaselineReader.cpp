@@ -16,8 +16,8 @@ KVMSPISingleResourceBaselineReader::KVMSPISingleResourceBaselineReader(int32_t u
     m_isSet = MPPPropertyList().mppVersion() == kFormatWithoutBaselineMarks ||
               (reader.hasBaseline(uid, baselineNumber, marked) && marked);
     if (baselineNumber == 0) {
-        m_hasCost = fields().fixedDouble(kResourceBaselineCostKey, uid, m_resourceCost, nullptr);
-        m_hasWork = fields().fixedDouble(kResourceBaselineWorkKey, uid, m_resourceWork, nullptr);
+        m_hasCost = fields().read(MPPField::resourceBaselineCost, uid, m_resourceCost, nullptr);
+        m_hasWork = fields().read(MPPField::resourceBaselineWork, uid, m_resourceWork, nullptr);
     } else {
         m_hasCost = readGroupDouble(kResourceBaselineCostGroupKey, m_resourceCost);
         m_hasWork = readGroupDouble(kResourceBaselineWorkGroupKey, m_resourceWork);

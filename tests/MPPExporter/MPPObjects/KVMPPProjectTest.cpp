@@ -76,15 +76,21 @@ TEST(KVMPPProjectTest, ResourceKindAndSetFieldsTravelTogether) {
 }
 
 TEST(KVMPPProjectTest, WorkingTimeBetweenDatesUsesTheFixedWeek) {
-    EXPECT_EQ(KVMPPCalendar::workingTimeFromDate(february(2, 8), february(2, 17)), 480);
+    constexpr int64_t kMinute = 60;
+    EXPECT_EQ(KVMPPCalendar::workingTimeFromDate(february(2, 8), february(2, 17)), 480 * kMinute);
     EXPECT_EQ(KVMPPCalendar::workingTimeFromDate(february(6, 17), february(9, 8)), 0);
-    EXPECT_EQ(KVMPPCalendar::workingTimeFromDate(february(2, 10, 30), february(2, 13, 15)), 90 + 15);
+    EXPECT_EQ(KVMPPCalendar::workingTimeFromDate(february(2, 10, 30), february(2, 13, 15)),
+              (90 + 15) * kMinute);
+    // Seconds count: split pieces start and end to the second.
+    EXPECT_EQ(KVMPPCalendar::workingTimeFromDate(february(2, 8, 0, 41), february(3, 11, 25, 42)),
+              480 * kMinute - 41 + 3 * 3600 + 25 * kMinute + 42);
     // Monday 12:00 to the next Tuesday 10:00: Monday afternoon, the five weekdays among the seven days
     // between, and Tuesday morning, although the end's clock is earlier than the start's.
-    EXPECT_EQ(KVMPPCalendar::workingTimeFromDate(february(2, 12), february(10, 10)), 240 + 5 * 480 + 120);
-    EXPECT_EQ(KVMPPCalendar::workingTimeFromDate(february(2, 16), february(3, 9)), 60 + 60);
+    EXPECT_EQ(KVMPPCalendar::workingTimeFromDate(february(2, 12), february(10, 10)),
+              (240 + 5 * 480 + 120) * kMinute);
+    EXPECT_EQ(KVMPPCalendar::workingTimeFromDate(february(2, 16), february(3, 9)), (60 + 60) * kMinute);
     // The last day's weekday is not examined: a Saturday morning counts as a working morning.
-    EXPECT_EQ(KVMPPCalendar::workingTimeFromDate(february(6, 17), february(7, 12)), 240);
+    EXPECT_EQ(KVMPPCalendar::workingTimeFromDate(february(6, 17), february(7, 12)), 240 * kMinute);
     EXPECT_EQ(KVMPPCalendar::workingTimeFromTime(600, 800, 480, 720), 120);
     EXPECT_EQ(KVMPPCalendar::workingTimeFromTime(800, 900, 480, 720), 0);
 }

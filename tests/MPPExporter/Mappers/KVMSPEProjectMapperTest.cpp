@@ -175,13 +175,15 @@ TEST(KVMSPEProjectMapperTest, TaskTablesThroughTheModel) {
 }
 
 // A split task spans its pieces: its durations are their sums, and each of its assignments gets one
-// phase per piece, shifted by working minutes from the first piece's start.
+// phase per piece, shifted by working seconds from the first piece's start and as long as the piece's
+// working time, whatever its effort.
 TEST(KVMSPEProjectMapperTest, SplitTasksResourcesAndGroups) {
     const auto piece = [](const std::string& id, const std::string& start, const std::string& end,
                           const std::string& extra) {
         return task(id, "<start-date>" + start + "</start-date><end-date>" + end +
-                            "</end-date><duration>28800</duration><effort>28800</effort>" + extra);
+                            "</end-date><duration>28800</duration><effort>28801.5</effort>" + extra);
     };
+    const std::string lateStart = *KVMSPIUtilities::mppToTvnxDateTime(localInstant(2026, 2, 5, 13, 0, 42));
     const std::string resources =
         R"(<resource id="r1"><name>Ann</name><type>Staff</type><units-available>0.5</units-available></resource>)"
         R"(<resource id="r2"><type>Group</type><child-resource idref="r3"/></resource>)"
@@ -195,7 +197,7 @@ TEST(KVMSPEProjectMapperTest, SplitTasksResourcesAndGroups) {
                               R"(<child-task idref="t2"/><child-task idref="t3"/><child-task idref="t4"/>)") +
                      piece("t2", februaryText(2, 8), februaryText(2, 17),
                            R"(<assignment idref="r1" units="1"/><assignment idref="r3" units="3"/>)") +
-                     piece("t3", februaryText(5, 13), februaryText(6, 12), "") +
+                     piece("t3", lateStart, februaryText(6, 12), "") +
                      piece("t4", februaryText(10, 8), februaryText(10, 17), ""),
                  "", {"r1", "r2"}),
         3);
@@ -227,12 +229,19 @@ TEST(KVMSPEProjectMapperTest, SplitTasksResourcesAndGroups) {
     EXPECT_EQ(assignments[1]["work"], 28800.0 * 3 / 4);
     EXPECT_EQ(assignments[1]["units"], 30000.0);
     for (const OrderedJSON& assignment : assignments) {
-        // Monday 08:00 to Thursday 13:00 is three days and a morning; to Friday noon a day more; the
-        // next Tuesday's start five days and a morning after Monday's start.
+        // Monday 08:00 to Thursday 13:00:42 is three days, a morning and 42 seconds; to Friday noon a
+        // day more; the next Tuesday's start five days and a morning after Monday's start.
+        constexpr int kMinute = 60;
         const OrderedJSON phases = {
-            {{"startShift", 0}, {"finishShift", 480}, {"work", 28800.0}, {"workPerDay", 160000.0}},
-            {{"startShift", 1680}, {"finishShift", 2160}, {"work", 28800.0}, {"workPerDay", 160000.0}},
-            {{"startShift", 2880}, {"finishShift", 3360}, {"work", 28800.0}, {"workPerDay", 160000.0}}};
+            {{"startShift", 0}, {"finishShift", 480 * kMinute}, {"work", 28800.0}, {"workPerDay", 160000.0}},
+            {{"startShift", 1680 * kMinute + 42},
+             {"finishShift", 2160 * kMinute},
+             {"work", 28800.0},
+             {"workPerDay", 160000.0}},
+            {{"startShift", 2880 * kMinute},
+             {"finishShift", 3360 * kMinute},
+             {"work", 28800.0},
+             {"workPerDay", 160000.0}}};
         EXPECT_EQ(assignment["phases"], phases);
     }
 }

@@ -23,6 +23,9 @@ TVDate at(double day, double hour) {
     return TVDate::fromUnixSeconds(kMonday + day * kSecondsPerDay + hour * kSecondsPerHour);
 }
 
+// How many seconds each stretch of the split task starts later than the one before, beyond whole days.
+constexpr uint32_t kStretchDelay = 21;
+
 // Tasks under a root, a staff member and a material, and assignments listed out of ID order: a shared
 // one with progress, a split task's unassigned one in three stretches a working day apart, a material
 // one, and one without a task.
@@ -60,11 +63,13 @@ struct AssignmentPlan {
         auto split = add(3, tasks[2], nullptr);
         split->work = 3 * 8 * kSecondsPerHour;
         split->remainingWork = split->work;
+        // Stretches on every other day, the later ones starting some seconds late and ending at 17:00.
         for (uint32_t day = 0; day < 3; ++day) {
             KVMPPAssignmentPhase phase;
-            phase.startShift = day * 2 * 480;
-            phase.finishShift = phase.startShift + 480;
-            phase.work = 8 * kSecondsPerHour;
+            constexpr uint32_t kWorkingDay = 8 * 3600;
+            phase.startShift = day * 2 * kWorkingDay + day * kStretchDelay;
+            phase.finishShift = (day * 2 + 1) * kWorkingDay;
+            phase.work = phase.finishShift - phase.startShift;
             split->assignmentPhases.push_back(phase);
         }
         split->finishDate = at(4, 17);
@@ -152,9 +157,11 @@ TEST(KVMPP15AssignmentWriter, TheReaderReadsBackEveryAssignmentAndTheStretchesOf
     const auto& stretches = phases.at(1);
     ASSERT_EQ(stretches.size(), 3u);
     for (size_t day = 0; day < 3; ++day) {
-        EXPECT_EQ(stretches[day]->startDate(), at(2.0 * static_cast<double>(day), 8)) << day;
+        const double delay = static_cast<double>(day * kStretchDelay);
+        EXPECT_EQ(stretches[day]->startDate(), at(2.0 * static_cast<double>(day), 8).addingSeconds(delay))
+            << day;
         EXPECT_EQ(stretches[day]->endDate(), at(2.0 * static_cast<double>(day), 17)) << day;
-        EXPECT_DOUBLE_EQ(stretches[day]->duration(), 8 * kSecondsPerHour) << day;
+        EXPECT_DOUBLE_EQ(stretches[day]->duration(), 8 * kSecondsPerHour - delay) << day;
     }
     // 110-byte records, and a 34-byte meta entry each whose mark tells the split assignment.
     EXPECT_EQ(written.stream("TBkndAssn", "FixedData").size(), 3 * 110u);

@@ -149,6 +149,14 @@ TEST(KVMPP15ResourceWriter, TheReaderReadsBackEveryResource) {
     EXPECT_DOUBLE_EQ(second->resourceWork() * 0.06, 7200.0);
     EXPECT_DOUBLE_EQ(second->resourceCost(), 2000.0);
     EXPECT_EQ(reader.resourceBaseline(2, 2), nullptr) << "a resource without the baseline holds none";
+    // The Baseline reads back with its values, where applications 15 and 16 keep them.
+    EXPECT_TRUE(reader.hasBaseline(0, 0, saved) && saved) << "the plan's mark of the Baseline";
+    const KVMSPISingleResourceBaselineReader* first = reader.resourceBaseline(1, 0);
+    ASSERT_NE(first, nullptr);
+    EXPECT_TRUE(first->hasWork() && first->hasCost());
+    EXPECT_DOUBLE_EQ(first->resourceWork() * 0.06, 3600.0);
+    EXPECT_DOUBLE_EQ(first->resourceCost(), 1000.0);
+    EXPECT_EQ(reader.resourceBaseline(2, 0), nullptr);
 
     // Three header elements, then records of 172 bytes: the default resource's, then the resources'.
     const std::vector<uint8_t> fixed = written.stream("TBkndRsc", "FixedData");

@@ -355,11 +355,10 @@ std::vector<std::string> assignmentLines(const std::string& output, const Assign
     return lines;
 }
 
-// The saved values of resources and assignments, one line each, sorted: the numbered baselines of each
-// resource with their work and cost, and every baseline of each assignment with its dates, work and
+// The saved values of resources and assignments, one line each, sorted: every baseline of each
+// resource with its work and cost, and every baseline of each assignment with its dates, work and
 // cost, in seconds and currency units. The model states dates as instants, the file holds their wall
-// clock. A resource's Baseline is left out: the readers find it by the default resource's timephased
-// baseline block, which the export doesn't write.
+// clock.
 std::string modelWallClock(const json& date) {
     const auto instant = date.is_string() ? tvnxread::date(date.get<std::string>()) : std::nullopt;
     return instant ? initWithDateTime(KVMPPData::wallClock(*instant)) : "-";
@@ -390,11 +389,9 @@ std::vector<std::string> modelBaselineLines(const std::string& output) {
         const std::string name = textMember(resource, "name");
         resources[resource.value("ID", int64_t{-1})] = name;
         for (const json& saved : resource.value("baselines", json::array())) {
-            if (saved.value("number", 0) > 0) {
-                lines.push_back(stringWithFormat("%s baseline %d: %.0f s %.2f", name.c_str(),
-                                                 saved.value("number", 0), saved.value("work", 0.0),
-                                                 saved.value("cost", 0.0)));
-            }
+            lines.push_back(stringWithFormat("%s baseline %d: %.0f s %.2f", name.c_str(),
+                                             saved.value("number", 0), saved.value("work", 0.0),
+                                             saved.value("cost", 0.0)));
         }
     }
     for (const json& assignment : plan.value("assignments", json::array())) {
@@ -433,7 +430,7 @@ std::vector<std::string> fileBaselineLines(const std::string& output) {
         // The default resource's zeros mark the baselines for the plan.
         const json baselines = resource.value("resourceBaselines", json::object());
         for (const auto& [number, saved] : baselines.items()) {
-            if (uid != 0 && number != "0") {
+            if (uid != 0) {
                 lines.push_back(stringWithFormat("%s baseline %s: %.0f s %.2f", name.c_str(), number.c_str(),
                                                  saved.value("work", 0.0) / 1.0e6,
                                                  saved.value("cost", 0.0) / 100.0));
