@@ -8,8 +8,9 @@
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/file/KVMSPIPropsReader.h"
-#include "MPPImporter/file/MPPFieldAliasElement.h"
+#include "MPPImporter/format/MPPFieldAliasLayout.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
+#include "MPPImporter/text/UnicodeText.h"
 
 #include <array>
 #include <utility>
@@ -116,8 +117,8 @@ void KVMSPIMPPDataDirectoryReader::readFieldAliases() {
                                          false)) {
             return;
         }
-        for (MPPFieldAlias& alias : mppFieldAliases(payload)) {
-            m_fieldAliases.emplace(listPropertyOfStored(alias.property), std::move(alias.name));
+        for (const MPPFieldAlias& alias : decodeMPPFieldAliases(payload)) {
+            m_fieldAliases.emplace(listPropertyOfStored(alias.property), utf8FromUTF16(alias.name));
         }
     } catch (const TVException& exception) {
         tvLog(stringWithFormat("      WARNING: custom field names not read: %s", exception.reason().c_str()));
