@@ -79,10 +79,14 @@ int32_t KVMSPIMPPPropertyList::resourceVarDataNumberingShiftForAppVersion(int32_
                : 0;
 }
 
-std::optional<MPPFieldPlace> KVMSPIMPPPropertyList::fieldPlace(MPPField field, int32_t appVersion) const {
-    return mppFieldPlace(field, mppVersion(), appVersion, [this](bool propertyNumber, int32_t key) {
-        return propertyNumber ? propertyID(key) : propertyOffset(key);
-    });
+std::optional<MPPFieldPlace> KVMSPIMPPPropertyList::fieldPlace(MPPField field, int32_t appVersion,
+                                                               int32_t number) const {
+    return mppFieldPlace(
+        field, mppVersion(), appVersion,
+        [this](bool propertyNumber, int32_t key) {
+            return propertyNumber ? propertyID(key) : propertyOffset(key);
+        },
+        number);
 }
 
 std::optional<uint32_t> KVMSPIMPPPropertyList::propertyID(int32_t groupKey, int32_t index) const {
