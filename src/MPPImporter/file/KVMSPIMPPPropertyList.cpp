@@ -83,8 +83,16 @@ std::optional<MPPFieldPlace> KVMSPIMPPPropertyList::fieldPlace(MPPField field, i
                                                                int32_t number) const {
     return mppFieldPlace(
         field, mppVersion(), appVersion,
-        [this](bool propertyNumber, int32_t key) {
-            return propertyNumber ? propertyID(key) : propertyOffset(key);
+        [this](bool propertyNumber, int32_t key) -> std::optional<uint32_t> {
+            if (!propertyNumber) {
+                return propertyOffset(key);
+            }
+            if (const auto custom = mppCustomFieldProperty(
+                    key, [this](MPPCustomFieldType type) { return task(type); },
+                    [this](MPPCustomFieldType type) { return resource(type); })) {
+                return custom;
+            }
+            return propertyID(key);
         },
         number);
 }

@@ -105,3 +105,16 @@ std::span<const MPPCustomFieldRecord> mppTaskCustomFields(MPPCustomFieldType typ
     static const KindTables tables12 = buildTables("TASK", kTaskLayout12);
     return tableOfType(mppVersion == kMSPDIVersion_2003 ? tables9 : tables12, type);
 }
+
+std::optional<MPPCustomFieldOfKey> mppCustomFieldOfKey(int32_t key) {
+    constexpr int32_t kKeysPerKind = kCustomFieldKeysPerType * static_cast<int32_t>(kTypeCount);
+    for (const int32_t kindKey : {kTaskCustomFieldKey, kResourceCustomFieldKey}) {
+        const int32_t offset = key - kindKey;
+        if (offset >= 0 && offset < kKeysPerKind && offset % kCustomFieldKeysPerType != 0) {
+            return MPPCustomFieldOfKey{kindKey == kTaskCustomFieldKey,
+                                       static_cast<MPPCustomFieldType>(offset / kCustomFieldKeysPerType),
+                                       offset % kCustomFieldKeysPerType};
+        }
+    }
+    return std::nullopt;
+}

@@ -3,6 +3,7 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/format/MPPAssignmentPropertyKeys.h"
 #include "MPPImporter/format/MPPCalendarPropertyKeys.h"
+#include "MPPImporter/format/MPPCustomFieldTables.h"
 #include "MPPImporter/format/MPPLinkPropertyKeys.h"
 #include "MPPImporter/format/MPPProjectPropertyKeys.h"
 #include "MPPImporter/format/MPPPropertyKeyTables.h"
@@ -25,6 +26,14 @@ constexpr MPPFieldTest bits(uint16_t mask) {
 constexpr MPPFieldRow numbered(MPPFieldRow row) {
     row.numbered = true;
     return row;
+}
+
+constexpr int32_t taskCustom(MPPCustomFieldType type) {
+    return mppCustomFieldKey(kTaskCustomFieldKey, type);
+}
+
+constexpr int32_t resourceCustom(MPPCustomFieldType type) {
+    return mppCustomFieldKey(kResourceCustomFieldKey, type);
 }
 
 // Format 9 names a task's extended field by this mark and the property number of format 12.
@@ -304,6 +313,37 @@ constexpr MPPFieldRow kRows[] = {
     numbered({MPPField::assignmentBaselineCost, "assignmentBaselineCost", kAllLayouts, custom,
               kAssignmentBaselineCostGroupKey, number}),
 
+    // Custom fields of tasks and resources, numbered from 1 per type; the custom field tables give their
+    // property numbers. Durations are stored in tenths of a minute.
+    numbered({MPPField::taskCustomCost, "taskCustomCost", kAllLayouts, custom,
+              taskCustom(MPPCustomFieldType::cost), number}),
+    numbered({MPPField::taskCustomDate, "taskCustomDate", kAllLayouts, custom,
+              taskCustom(MPPCustomFieldType::date), timestamp}),
+    numbered({MPPField::taskCustomDuration, "taskCustomDuration", kAllLayouts, custom,
+              taskCustom(MPPCustomFieldType::duration), duration}),
+    numbered({MPPField::taskCustomFinish, "taskCustomFinish", kAllLayouts, custom,
+              taskCustom(MPPCustomFieldType::finish), timestamp}),
+    numbered({MPPField::taskCustomNumber, "taskCustomNumber", kAllLayouts, custom,
+              taskCustom(MPPCustomFieldType::number), number}),
+    numbered({MPPField::taskCustomStart, "taskCustomStart", kAllLayouts, custom,
+              taskCustom(MPPCustomFieldType::start), timestamp}),
+    numbered({MPPField::taskCustomText, "taskCustomText", kAllLayouts, custom,
+              taskCustom(MPPCustomFieldType::text), text}),
+    numbered({MPPField::resourceCustomCost, "resourceCustomCost", kAllLayouts, custom,
+              resourceCustom(MPPCustomFieldType::cost), number}),
+    numbered({MPPField::resourceCustomDate, "resourceCustomDate", kAllLayouts, custom,
+              resourceCustom(MPPCustomFieldType::date), timestamp}),
+    numbered({MPPField::resourceCustomDuration, "resourceCustomDuration", kAllLayouts, custom,
+              resourceCustom(MPPCustomFieldType::duration), duration}),
+    numbered({MPPField::resourceCustomFinish, "resourceCustomFinish", kAllLayouts, custom,
+              resourceCustom(MPPCustomFieldType::finish), timestamp}),
+    numbered({MPPField::resourceCustomNumber, "resourceCustomNumber", kAllLayouts, custom,
+              resourceCustom(MPPCustomFieldType::number), number}),
+    numbered({MPPField::resourceCustomStart, "resourceCustomStart", kAllLayouts, custom,
+              resourceCustom(MPPCustomFieldType::start), timestamp}),
+    numbered({MPPField::resourceCustomText, "resourceCustomText", kAllLayouts, custom,
+              resourceCustom(MPPCustomFieldType::text), text}),
+
     // The outline code store's value lists, by outline code UID.
     {MPPField::outlineCodeValueNumber, "outlineCodeValueNumber", kAllLayouts, var, kOutlCodeValueListValueKey,
      number},
@@ -462,9 +502,16 @@ std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int3
     }
     return mppFieldPlace(
         field, version, appVersion,
-        [tables](bool propertyNumber, int32_t key) {
-            return propertyNumber ? mppPropertyID(tables->keyColumn, key)
-                                  : mppPropertyOffset(tables->keyColumn, key);
+        [tables, version](bool propertyNumber, int32_t key) -> std::optional<uint32_t> {
+            if (!propertyNumber) {
+                return mppPropertyOffset(tables->keyColumn, key);
+            }
+            if (const auto custom = mppCustomFieldProperty(
+                    key, [version](MPPCustomFieldType type) { return mppTaskCustomFields(type, version); },
+                    [version](MPPCustomFieldType type) { return mppResourceCustomFields(type, version); })) {
+                return custom;
+            }
+            return mppPropertyID(tables->keyColumn, key);
         },
         number);
 }

@@ -168,6 +168,22 @@ enum class MPPField : uint16_t {
     assignmentBaselineCost,
     resourceBaselineCost,
     resourceBaselineWork,
+    // Custom fields, numbered from 1 per type (outline code fields, whose values refer to the outline
+    // code store, are not among them).
+    taskCustomCost,
+    taskCustomDate,
+    taskCustomDuration,
+    taskCustomFinish,
+    taskCustomNumber,
+    taskCustomStart,
+    taskCustomText,
+    resourceCustomCost,
+    resourceCustomDate,
+    resourceCustomDuration,
+    resourceCustomFinish,
+    resourceCustomNumber,
+    resourceCustomStart,
+    resourceCustomText,
     // The value list of an outline code, by the outline code's UID: its value in the form of the
     // custom field that refers to it, and the code's own text.
     outlineCodeValueNumber,

@@ -123,6 +123,10 @@ bool MPPObjectFieldReads::readCustom(const MPPFieldPlace& place, int32_t uid, Va
         if (codec == MPPFieldCodec::int32) {
             return project->customFieldIntValue(value, *var, uid, property, nullptr, error);
         }
+    } else if constexpr (std::is_same_v<Value, TVTimeSpan>) {
+        if (codec == MPPFieldCodec::duration) {
+            return project->customFieldDurationValue(value, *var, uid, property, nullptr, error);
+        }
     } else if constexpr (std::is_same_v<Value, TVDate>) {
         if (codec == MPPFieldCodec::timestamp) {
             return project->customFieldTimestampValue(value, *var, uid, property, nullptr, error);
