@@ -87,6 +87,8 @@ public:
     CustomFields resourceOutlineCodeCustomFields() const { return resource(MPPCustomFieldType::outlineCode); }
     CustomFields resourceStartCustomFields() const { return resource(MPPCustomFieldType::start); }
     CustomFields resourceTextCustomFields() const { return resource(MPPCustomFieldType::text); }
+    CustomFields taskCustomFields(MPPCustomFieldType type) const { return task(type); }
+    CustomFields resourceCustomFields(MPPCustomFieldType type) const { return resource(type); }
     CustomFields taskCostCustomFields() const { return task(MPPCustomFieldType::cost); }
     CustomFields taskDateCustomFields() const { return task(MPPCustomFieldType::date); }
     CustomFields taskDurationCustomFields() const { return task(MPPCustomFieldType::duration); }

@@ -47,3 +47,10 @@ std::optional<uint32_t> mppCustomFieldProperty(int32_t key, TaskFields tasks, Re
     }
     return static_cast<uint32_t>(fields[static_cast<size_t>(field->number - 1)].propertyNumber);
 }
+
+// Format 9 keeps the names that the user gave custom fields in the data directory's "Props" instead, as
+// one list of names for tasks and one for resources (decodeMPPFieldNameList), under the property that
+// this gives; none for the other versions.
+std::optional<int32_t> mppFieldNameListProperty(bool task, int32_t mppVersion);
+// The place in such a list of the name of field `number` of a type; none for a number beyond the fields.
+std::optional<size_t> mppFieldNameListPlace(bool task, MPPCustomFieldType type, int32_t number);

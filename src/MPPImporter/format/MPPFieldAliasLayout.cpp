@@ -81,3 +81,15 @@ std::vector<MPPFieldAlias> decodeMPPFieldAliases(std::span<const uint8_t> payloa
     }
     return aliases;
 }
+
+std::vector<std::u16string> decodeMPPFieldNameList(std::span<const uint8_t> payload) {
+    std::vector<std::u16string> names;
+    size_t start = 0;
+    for (size_t at = 0; at + 1 < payload.size(); at += 2) {
+        if (decodeMPPNumber<uint16_t>(payload.subspan(at)) == 0) {
+            names.push_back(decodeMPPText(payload.subspan(start, at - start)));
+            start = at + 2;
+        }
+    }
+    return names;
+}

@@ -29,3 +29,8 @@ std::vector<uint8_t> encodeMPPFieldAliases(std::span<const MPPFieldAlias> aliase
 // The names of a payload. Every read is checked against the payload: a count beyond it ends at the last
 // whole entry, and an entry whose name is empty or not whole within it gives no name.
 std::vector<MPPFieldAlias> decodeMPPFieldAliases(std::span<const uint8_t> payload);
+
+// Format 9's list of custom field names: UTF-16 names, each ending in a NUL, one after another, one for
+// each place of the application's list of fields and empty where the user named none. A last name that
+// the payload cuts off is left out.
+std::vector<std::u16string> decodeMPPFieldNameList(std::span<const uint8_t> payload);

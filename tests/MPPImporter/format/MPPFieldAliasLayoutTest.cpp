@@ -43,4 +43,11 @@ TEST(MPPFieldAliasLayout, EncodedNamesDecodeAndLieWhereTheFilesHoldThem) {
         decodeMPPFieldAliases(encodeMPPFieldAliases(std::vector<MPPFieldAlias>{{60, 0, u""}})).empty());
 }
 
+// Format 9's list: a name for each place, empty ones too; a last name without its NUL is left out.
+TEST(MPPFieldAliasLayout, NameListsHoldANameForEachPlace) {
+    const Bytes list = {0, 0, 'A', 0, 'b', 0, 0, 0, 0, 0, 'C', 0};
+    EXPECT_EQ(decodeMPPFieldNameList(list), (std::vector<std::u16string>{u"", u"Ab", u""}));
+    EXPECT_TRUE(decodeMPPFieldNameList(std::span(list).first(1)).empty());
+}
+
 } // namespace
