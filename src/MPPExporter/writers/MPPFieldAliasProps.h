@@ -9,10 +9,9 @@
 #include <string>
 #include <vector>
 
-// The property element of a kind's custom field names (type 0x4400001): its two sizes, the count,
-// per field its property number, the kind's variable meta ending and the offset of its name, then the
-// names in UTF-16, and the trailing words. `typeForIndex` gives the property number of the field at a
-// 1-based position.
+// The property element of a kind's custom field names (kFieldAliasesProperty), laid out as
+// encodeMPPFieldAliases lays it out, each name marked with the kind's variable meta ending.
+// `typeForIndex` gives the property number of the field at a 1-based position.
 void writeFieldAliasElement(KVMPPProps& props, const std::vector<std::string>& names,
                             const std::function<uint32_t(int64_t)>& typeForIndex, uint16_t varMetaEnding);
 

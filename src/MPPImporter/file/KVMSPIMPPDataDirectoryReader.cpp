@@ -8,8 +8,9 @@
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/file/KVMSPIPropsReader.h"
-#include "MPPImporter/file/MPPFieldAliasElement.h"
+#include "MPPImporter/format/MPPFieldAliasLayout.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
+#include "MPPImporter/text/UnicodeText.h"
 
 #include <array>
 #include <utility>
@@ -30,6 +31,30 @@ constexpr std::array<KindEntry, 6> kKinds = {{
     {kResourceStorageName, &KVMSPIMPPPropertyList::resourceDataStreamParams},
     {kTaskStorageName, &KVMSPIMPPPropertyList::taskDataStreamParams},
 }};
+
+// The bytes of a property of the storage's "Props" stream; none where the stream or the property is
+// missing. The custom field names are only names: a stream that doesn't read as properties costs them
+// and nothing else.
+std::vector<uint8_t> propsPayload(SSLStorage& storage, int32_t property) {
+    std::unique_ptr<SSLStream> stream = storage.childStreamWithName(kDataPropsStreamName);
+    if (!stream) {
+        return {};
+    }
+    try {
+        KVMSPIPropsReader props(std::move(stream));
+        int32_t size = 0;
+        if (!props.getPropertySize(&size, property) || size <= 0) {
+            return {};
+        }
+        std::vector<uint8_t> payload(static_cast<size_t>(size));
+        if (props.readPropertyByteArray(payload.data(), static_cast<uint32_t>(size), property, false)) {
+            return payload;
+        }
+    } catch (const TVException& exception) {
+        tvLog(stringWithFormat("      WARNING: custom field names not read: %s", exception.reason().c_str()));
+    }
+    return {};
+}
 
 size_t kindIndexOfStorage(const std::string& name) {
     for (size_t i = 0; i < kKinds.size(); ++i) {
@@ -100,27 +125,34 @@ KVMSPIMPPDataDirectoryReader::KVMSPIMPPDataDirectoryReader(std::unique_ptr<SSLSt
 }
 
 void KVMSPIMPPDataDirectoryReader::readFieldAliases() {
-    std::unique_ptr<SSLStream> stream = directory().childStreamWithName(kDataPropsStreamName);
-    if (!stream) {
+    for (const MPPFieldAlias& alias :
+         decodeMPPFieldAliases(propsPayload(directory(), kFieldAliasesProperty))) {
+        m_fieldAliases.emplace(listPropertyOfStored(alias.property), utf8FromUTF16(alias.name));
+    }
+    readFieldNameList();
+}
+
+// Format 9 lists the names in the data directory's "Props", by the place of each field.
+void KVMSPIMPPDataDirectoryReader::readFieldNameList() {
+    const bool task = m_kind == Kind::task;
+    const auto listProperty = mppFieldNameListProperty(task, MPPPropertyList().mppVersion());
+    const auto* project = dynamic_cast<const KVMSPOLE2DirectoryReader*>(parentReader());
+    if (!listProperty || project == nullptr) {
         return;
     }
-    // The names are only names: a stream that doesn't read as properties costs them and nothing else.
-    try {
-        KVMSPIPropsReader props(std::move(stream));
-        int32_t size = 0;
-        if (!props.getPropertySize(&size, kFieldAliasesProperty) || size <= 0) {
-            return;
+    const std::vector<std::u16string> names =
+        decodeMPPFieldNameList(propsPayload(project->directory(), *listProperty));
+    for (int32_t type = 0; type <= static_cast<int32_t>(MPPCustomFieldType::text); ++type) {
+        const auto fieldType = static_cast<MPPCustomFieldType>(type);
+        const auto fields = task ? MPPPropertyList().taskCustomFields(fieldType)
+                                 : MPPPropertyList().resourceCustomFields(fieldType);
+        for (size_t index = 0; index < fields.size(); ++index) {
+            const auto place = mppFieldNameListPlace(task, fieldType, static_cast<int32_t>(index) + 1);
+            if (place && *place < names.size() && !names[*place].empty()) {
+                m_fieldAliases.emplace(static_cast<int32_t>(fields[index].propertyNumber),
+                                       utf8FromUTF16(names[*place]));
+            }
         }
-        std::vector<uint8_t> payload(static_cast<size_t>(size));
-        if (!props.readPropertyByteArray(payload.data(), static_cast<uint32_t>(size), kFieldAliasesProperty,
-                                         false)) {
-            return;
-        }
-        for (MPPFieldAlias& alias : mppFieldAliases(payload)) {
-            m_fieldAliases.emplace(listPropertyOfStored(alias.property), std::move(alias.name));
-        }
-    } catch (const TVException& exception) {
-        tvLog(stringWithFormat("      WARNING: custom field names not read: %s", exception.reason().c_str()));
     }
 }
 

@@ -44,7 +44,8 @@ public:
     int32_t listPropertyOfStored(int32_t stored) const;
 
     // The name that the user gave the task or resource custom field of this version's property
-    // number, from the storage's "Props" stream; none for a field without one.
+    // number, from the storage's "Props" stream (format 9: the data directory's); none for a field
+    // without one.
     const std::string* fieldAlias(int32_t property) const;
 
     KVMPPFixedDataReader* fixedDataReader() const { return m_fixedDataReader.get(); }
@@ -61,4 +62,5 @@ private:
     std::map<int32_t, std::string> m_fieldAliases;
 
     void readFieldAliases();
+    void readFieldNameList();
 };

@@ -79,10 +79,22 @@ int32_t KVMSPIMPPPropertyList::resourceVarDataNumberingShiftForAppVersion(int32_
                : 0;
 }
 
-std::optional<MPPFieldPlace> KVMSPIMPPPropertyList::fieldPlace(MPPField field, int32_t appVersion) const {
-    return mppFieldPlace(field, mppVersion(), appVersion, [this](bool propertyNumber, int32_t key) {
-        return propertyNumber ? propertyID(key) : propertyOffset(key);
-    });
+std::optional<MPPFieldPlace> KVMSPIMPPPropertyList::fieldPlace(MPPField field, int32_t appVersion,
+                                                               int32_t number) const {
+    return mppFieldPlace(
+        field, mppVersion(), appVersion,
+        [this](bool propertyNumber, int32_t key) -> std::optional<uint32_t> {
+            if (!propertyNumber) {
+                return propertyOffset(key);
+            }
+            if (const auto custom = mppCustomFieldProperty(
+                    key, [this](MPPCustomFieldType type) { return task(type); },
+                    [this](MPPCustomFieldType type) { return resource(type); })) {
+                return custom;
+            }
+            return propertyID(key);
+        },
+        number);
 }
 
 std::optional<uint32_t> KVMSPIMPPPropertyList::propertyID(int32_t groupKey, int32_t index) const {

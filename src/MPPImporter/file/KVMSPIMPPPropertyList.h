@@ -64,9 +64,10 @@ public:
     // True if the Fixed2 meta item size of a file is to be measured from its stream.
     bool fixed2MetaItemSizeFromStream() const { return m_tables.fixed2MetaItemSizeFromStream; }
 
-    // Where a catalogue field lies in a file of this list saved by `appVersion`, by the keys of this
-    // list, which may mix those of the key tables; none where it holds no such field.
-    std::optional<MPPFieldPlace> fieldPlace(MPPField field, int32_t appVersion) const;
+    // Where a catalogue field, or its copy `number` (1 and up), lies in a file of this list saved by
+    // `appVersion`, by the keys of this list, which may mix those of the key tables; none where it holds
+    // no such field.
+    std::optional<MPPFieldPlace> fieldPlace(MPPField field, int32_t appVersion, int32_t number = 0) const;
 
     // The property number of a key, none if this version has no such key.
     std::optional<uint32_t> propertyID(int32_t key) const { return propertyInfo(key, m_propertyIDs); }
@@ -86,6 +87,8 @@ public:
     CustomFields resourceOutlineCodeCustomFields() const { return resource(MPPCustomFieldType::outlineCode); }
     CustomFields resourceStartCustomFields() const { return resource(MPPCustomFieldType::start); }
     CustomFields resourceTextCustomFields() const { return resource(MPPCustomFieldType::text); }
+    CustomFields taskCustomFields(MPPCustomFieldType type) const { return task(type); }
+    CustomFields resourceCustomFields(MPPCustomFieldType type) const { return resource(type); }
     CustomFields taskCostCustomFields() const { return task(MPPCustomFieldType::cost); }
     CustomFields taskDateCustomFields() const { return task(MPPCustomFieldType::date); }
     CustomFields taskDurationCustomFields() const { return task(MPPCustomFieldType::duration); }

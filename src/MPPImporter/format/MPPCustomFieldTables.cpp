@@ -71,6 +71,35 @@ constexpr KindLayout kTaskLayout12 = {{
     {"TEXT", {{{6, 51, 3}, {4, 67}, {20, 317}}}},
 }};
 
+// The places of the names in format 9's lists, per type in the order of MPPCustomFieldType, as the
+// application's files hold them: runs of consecutive fields, numbered from 1 on.
+using NamePlaces = std::array<std::array<Run, 2>, kTypeCount>;
+
+constexpr NamePlaces kTaskNamePlaces9 = {{
+    {{{10, 278}}},
+    {{{10, 184}}},
+    {{{10, 159, 2}}},
+    {{{10, 129, 2}}},
+    {{{10, 149}, {10, 214}}},
+    {{{10, 227}}},
+    {{{10, 128, 2}}},
+    {{{10, 118}, {20, 194}}},
+}};
+
+constexpr NamePlaces kResourceNamePlaces9 = {{
+    {{{10, 207}}},
+    {{{10, 145}}},
+    {{{10, 122}}},
+    {{{10, 92}}},
+    {{{20, 102}}},
+    {{{10, 155}}},
+    {{{10, 82}}},
+    {{{30, 52}}},
+}};
+
+constexpr int32_t kTaskFieldNameListProperty9 = 0x100001;
+constexpr int32_t kResourceFieldNameListProperty9 = 0x100002;
+
 using KindTables = std::array<std::vector<MPPCustomFieldRecord>, kTypeCount>;
 
 KindTables buildTables(const std::string& kindName, const KindLayout& layout) {
@@ -104,4 +133,35 @@ std::span<const MPPCustomFieldRecord> mppTaskCustomFields(MPPCustomFieldType typ
     static const KindTables tables9 = buildTables("TASK", kTaskLayout9);
     static const KindTables tables12 = buildTables("TASK", kTaskLayout12);
     return tableOfType(mppVersion == kMSPDIVersion_2003 ? tables9 : tables12, type);
+}
+
+std::optional<MPPCustomFieldOfKey> mppCustomFieldOfKey(int32_t key) {
+    constexpr int32_t kKeysPerKind = kCustomFieldKeysPerType * static_cast<int32_t>(kTypeCount);
+    for (const int32_t kindKey : {kTaskCustomFieldKey, kResourceCustomFieldKey}) {
+        const int32_t offset = key - kindKey;
+        if (offset >= 0 && offset < kKeysPerKind && offset % kCustomFieldKeysPerType != 0) {
+            return MPPCustomFieldOfKey{kindKey == kTaskCustomFieldKey,
+                                       static_cast<MPPCustomFieldType>(offset / kCustomFieldKeysPerType),
+                                       offset % kCustomFieldKeysPerType};
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<int32_t> mppFieldNameListProperty(bool task, int32_t mppVersion) {
+    if (mppVersion != kMSPDIVersion_2003) {
+        return std::nullopt;
+    }
+    return task ? kTaskFieldNameListProperty9 : kResourceFieldNameListProperty9;
+}
+
+std::optional<size_t> mppFieldNameListPlace(bool task, MPPCustomFieldType type, int32_t number) {
+    int32_t first = 1;
+    for (const Run& run : (task ? kTaskNamePlaces9 : kResourceNamePlaces9).at(static_cast<size_t>(type))) {
+        if (number >= first && number < first + run.count) {
+            return static_cast<size_t>(run.firstNumber + (number - first) * run.step);
+        }
+        first += run.count;
+    }
+    return std::nullopt;
 }

@@ -10,11 +10,10 @@ constexpr uint32_t kCountOffset = 4;
 constexpr uint32_t kFirstEntryOffset = 8;
 constexpr uint32_t kEntrySize = 8;
 constexpr int32_t kEntryValueOffset = 4;
-constexpr uint32_t kTimestampSize = 4;
 
 } // namespace
 
-std::optional<int32_t> MPPExtendedFieldBlock::valueOffset(uint32_t fieldID, uint32_t size) const {
+std::optional<std::span<const uint8_t>> MPPExtendedFieldBlock::value(uint32_t fieldID, size_t size) const {
     // Blocks come from a variable data stream, so their size fits a signed 32-bit offset.
     const auto blockSize = static_cast<uint32_t>(std::min<size_t>(m_bytes.size(), INT32_MAX));
     if (blockSize < kFirstEntryOffset) {
@@ -31,22 +30,7 @@ std::optional<int32_t> MPPExtendedFieldBlock::valueOffset(uint32_t fieldID, uint
         if (offset > blockSize || size > blockSize - offset) {
             return std::nullopt;
         }
-        return static_cast<int32_t>(offset);
+        return std::span(m_bytes).subspan(offset, size);
     }
     return std::nullopt;
-}
-
-std::optional<int32_t> MPPExtendedFieldBlock::intValue(uint32_t fieldID) const {
-    const auto offset = valueOffset(fieldID, sizeof(int32_t));
-    return offset ? std::optional<int32_t>(memReadInt(m_bytes.data(), *offset)) : std::nullopt;
-}
-
-std::optional<double> MPPExtendedFieldBlock::doubleValue(uint32_t fieldID) const {
-    const auto offset = valueOffset(fieldID, sizeof(double));
-    return offset ? std::optional<double>(memReadDouble(m_bytes.data(), *offset)) : std::nullopt;
-}
-
-std::optional<TVDate> MPPExtendedFieldBlock::timestampValue(uint32_t fieldID) const {
-    const auto offset = valueOffset(fieldID, kTimestampSize);
-    return offset ? memReadTimestamp(m_bytes.data(), *offset) : std::nullopt;
 }

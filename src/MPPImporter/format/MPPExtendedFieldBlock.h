@@ -1,9 +1,8 @@
 #pragma once
 
-#include "MPPCommon/support/TVDate.h"
-
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 // A block of extended field values, in which format 9 keeps a task's baselines 1 to 10 as one
@@ -14,14 +13,9 @@ class MPPExtendedFieldBlock {
 public:
     explicit MPPExtendedFieldBlock(std::vector<uint8_t> bytes) : m_bytes(std::move(bytes)) {}
 
-    // The value of the field; none when the block doesn't hold it whole. A null date is none too.
-    std::optional<int32_t> intValue(uint32_t fieldID) const;
-    std::optional<double> doubleValue(uint32_t fieldID) const;
-    std::optional<TVDate> timestampValue(uint32_t fieldID) const;
+    // The `size` bytes of the field's value; none when the block doesn't hold them whole.
+    std::optional<std::span<const uint8_t>> value(uint32_t fieldID, size_t size) const;
 
 private:
-    // Where the field's value of `size` bytes starts in the block.
-    std::optional<int32_t> valueOffset(uint32_t fieldID, uint32_t size) const;
-
     std::vector<uint8_t> m_bytes;
 };

@@ -3,6 +3,7 @@
 #include "MPPCommon/support/TVException.h"
 #include "MPPImporter/format/MPPAssignmentPropertyKeys.h"
 #include "MPPImporter/format/MPPCalendarPropertyKeys.h"
+#include "MPPImporter/format/MPPCustomFieldTables.h"
 #include "MPPImporter/format/MPPLinkPropertyKeys.h"
 #include "MPPImporter/format/MPPProjectPropertyKeys.h"
 #include "MPPImporter/format/MPPPropertyKeyTables.h"
@@ -20,6 +21,24 @@ using enum MPPFieldCodec;
 constexpr MPPFieldTest bits(uint16_t mask) {
     return {.mask = mask};
 }
+
+// The row of a field's numbered copies.
+constexpr MPPFieldRow numbered(MPPFieldRow row) {
+    row.numbered = true;
+    return row;
+}
+
+constexpr int32_t taskCustom(MPPCustomFieldType type) {
+    return mppCustomFieldKey(kTaskCustomFieldKey, type);
+}
+
+constexpr int32_t resourceCustom(MPPCustomFieldType type) {
+    return mppCustomFieldKey(kResourceCustomFieldKey, type);
+}
+
+// Format 9 names a task's extended field by this mark and the property number of format 12.
+constexpr uint32_t kTaskExtendedFieldMark = 0x0B400000;
+constexpr int32_t kExtendedFieldNumbering = 12;
 
 constexpr MPPFieldRow kRows[] = {
     {MPPField::taskTotalCost, "taskTotalCost", kAllLayouts, fixed, kTaskTotalCostKey, hundredths},
@@ -89,6 +108,42 @@ constexpr MPPFieldRow kRows[] = {
     {MPPField::taskBaselineStart, "taskBaselineStart", kAllLayouts, var, kTaskBaselineStartKey, timestamp},
     {MPPField::taskBaselineStart, "taskBaselineStart", kAllLayouts, fixed, kTaskBaselineStartFixedKey,
      timestamp},
+    // Baseline 0 shares its work with the plan.
+    {MPPField::taskBaselineWork, "taskBaselineWork", kAllLayouts, fixed, kTaskWorkKey, float64},
+    // Baselines 1 to 10: custom field values from format 12 on, entries of the block of extended fields
+    // in format 9.
+    numbered({MPPField::taskBaselineCost, "taskBaselineCost", kAllLayouts, custom, kTaskBaselineCostGroupKey,
+              number}),
+    numbered(
+        {MPPField::taskBaselineCost, "taskBaselineCost", {9}, extended, kTaskBaselineCostGroupKey, float64}),
+    numbered({MPPField::taskBaselineDuration, "taskBaselineDuration", kAllLayouts, custom,
+              kTaskBaselineDurationGroupKey, int32}),
+    numbered({MPPField::taskBaselineDuration,
+              "taskBaselineDuration",
+              {9},
+              extended,
+              kTaskBaselineDurationGroupKey,
+              int32}),
+    numbered({MPPField::taskBaselineFinish, "taskBaselineFinish", kAllLayouts, custom,
+              kTaskBaselineFinishGroupKey, timestamp}),
+    numbered({MPPField::taskBaselineFinish,
+              "taskBaselineFinish",
+              {9},
+              extended,
+              kTaskBaselineFinishGroupKey,
+              timestamp}),
+    numbered({MPPField::taskBaselineStart, "taskBaselineStart", kAllLayouts, custom,
+              kTaskBaselineStartGroupKey, timestamp}),
+    numbered({MPPField::taskBaselineStart,
+              "taskBaselineStart",
+              {9},
+              extended,
+              kTaskBaselineStartGroupKey,
+              timestamp}),
+    numbered({MPPField::taskBaselineWork, "taskBaselineWork", kAllLayouts, custom, kTaskBaselineWorkGroupKey,
+              number}),
+    numbered(
+        {MPPField::taskBaselineWork, "taskBaselineWork", {9}, extended, kTaskBaselineWorkGroupKey, float64}),
     // Applications 15 and 16 use bit 4 of the byte for something else.
     {MPPField::taskEffortDriven,
      "taskEffortDriven",
@@ -177,6 +232,12 @@ constexpr MPPFieldRow kRows[] = {
      fixed,
      kResourceBaselineCostKey,
      float64},
+    // Baselines 1 to 10 of a resource are custom field values, cost as stored and work in thousandths
+    // of a minute.
+    numbered({MPPField::resourceBaselineCost, "resourceBaselineCost", kAllLayouts, custom,
+              kResourceBaselineCostGroupKey, number}),
+    numbered({MPPField::resourceBaselineWork, "resourceBaselineWork", kAllLayouts, custom,
+              kResourceBaselineWorkGroupKey, number}),
     // The mark that a resource, or for the default resource the plan, holds a Baseline: the Baseline's
     // timephased work, from format 12 on.
     {MPPField::resourceBaselineMark, "resourceBaselineMark", kAllLayouts, var, kResourceBaselineZeroKey,
@@ -268,6 +329,57 @@ constexpr MPPFieldRow kRows[] = {
      fixed,
      kAssignmentBaselineCostFixedKey,
      float64},
+    // Baselines 1 to 10 are custom field values.
+    numbered({MPPField::assignmentBaselineStart, "assignmentBaselineStart", kAllLayouts, custom,
+              kAssignmentBaselineStartGroupKey, timestamp}),
+    numbered({MPPField::assignmentBaselineFinish, "assignmentBaselineFinish", kAllLayouts, custom,
+              kAssignmentBaselineFinishGroupKey, timestamp}),
+    numbered({MPPField::assignmentBaselineWork, "assignmentBaselineWork", kAllLayouts, custom,
+              kAssignmentBaselineWorkGroupKey, number}),
+    numbered({MPPField::assignmentBaselineCost, "assignmentBaselineCost", kAllLayouts, custom,
+              kAssignmentBaselineCostGroupKey, number}),
+
+    // Custom fields of tasks and resources, numbered from 1 per type; the custom field tables give their
+    // property numbers. Durations are stored in tenths of a minute.
+    numbered({MPPField::taskCustomCost, "taskCustomCost", kAllLayouts, custom,
+              taskCustom(MPPCustomFieldType::cost), number}),
+    numbered({MPPField::taskCustomDate, "taskCustomDate", kAllLayouts, custom,
+              taskCustom(MPPCustomFieldType::date), timestamp}),
+    numbered({MPPField::taskCustomDuration, "taskCustomDuration", kAllLayouts, custom,
+              taskCustom(MPPCustomFieldType::duration), duration}),
+    numbered({MPPField::taskCustomFinish, "taskCustomFinish", kAllLayouts, custom,
+              taskCustom(MPPCustomFieldType::finish), timestamp}),
+    numbered({MPPField::taskCustomNumber, "taskCustomNumber", kAllLayouts, custom,
+              taskCustom(MPPCustomFieldType::number), number}),
+    numbered({MPPField::taskCustomStart, "taskCustomStart", kAllLayouts, custom,
+              taskCustom(MPPCustomFieldType::start), timestamp}),
+    numbered({MPPField::taskCustomText, "taskCustomText", kAllLayouts, custom,
+              taskCustom(MPPCustomFieldType::text), text}),
+    numbered({MPPField::resourceCustomCost, "resourceCustomCost", kAllLayouts, custom,
+              resourceCustom(MPPCustomFieldType::cost), number}),
+    numbered({MPPField::resourceCustomDate, "resourceCustomDate", kAllLayouts, custom,
+              resourceCustom(MPPCustomFieldType::date), timestamp}),
+    numbered({MPPField::resourceCustomDuration, "resourceCustomDuration", kAllLayouts, custom,
+              resourceCustom(MPPCustomFieldType::duration), duration}),
+    numbered({MPPField::resourceCustomFinish, "resourceCustomFinish", kAllLayouts, custom,
+              resourceCustom(MPPCustomFieldType::finish), timestamp}),
+    numbered({MPPField::resourceCustomNumber, "resourceCustomNumber", kAllLayouts, custom,
+              resourceCustom(MPPCustomFieldType::number), number}),
+    numbered({MPPField::resourceCustomStart, "resourceCustomStart", kAllLayouts, custom,
+              resourceCustom(MPPCustomFieldType::start), timestamp}),
+    numbered({MPPField::resourceCustomText, "resourceCustomText", kAllLayouts, custom,
+              resourceCustom(MPPCustomFieldType::text), text}),
+
+    // The outline code store's value lists, by outline code UID.
+    {MPPField::outlineCodeValueNumber, "outlineCodeValueNumber", kAllLayouts, var, kOutlCodeValueListValueKey,
+     number},
+    {MPPField::outlineCodeValueInteger, "outlineCodeValueInteger", kAllLayouts, var,
+     kOutlCodeValueListValueKey, int32},
+    {MPPField::outlineCodeValueDate, "outlineCodeValueDate", kAllLayouts, var, kOutlCodeValueListValueKey,
+     timestamp},
+    {MPPField::outlineCodeValueText, "outlineCodeValueText", kAllLayouts, var, kOutlCodeValueListValueKey,
+     text},
+    {MPPField::outlineCodeData, "outlineCodeData", kAllLayouts, var, kOutlCodeDataKey, text},
 
     // The project's properties, in its Props stream; the schedule direction is a word that is not 0
     // for scheduling from the start.
@@ -339,6 +451,21 @@ int64_t storedFlag(const MPPFieldTest& test, bool value, int64_t current) {
     return value ? (current | test.mask) : (current & ~int64_t{test.mask});
 }
 
+double numberOfWidth(MPPConstBytes data) {
+    switch (data.size()) {
+    case 1:
+        return decodeMPPNumber<int8_t>(data);
+    case 2:
+        return decodeMPPNumber<int16_t>(data);
+    case 4:
+        return decodeMPPNumber<int32_t>(data);
+    case 8:
+        return decodeMPPNumber<double>(data);
+    default:
+        return 0;
+    }
+}
+
 template <typename Value>
 const Value& held(const MPPFieldValue& value, const MPPFieldRow& row) {
     const Value* held = std::get_if<Value>(&value);
@@ -352,13 +479,36 @@ std::span<const MPPFieldRow> mppFieldCatalog() {
     return kRows;
 }
 
+namespace {
+
+// The place of an entry of extended fields: its name, and the property number of the block of them.
+std::optional<MPPFieldPlace> extendedFieldPlace(const MPPFieldRow& row, int32_t key,
+                                                const MPPKeyPosition& keyPosition) {
+    const auto number = mppPropertyID(mppVersionTables(kExtendedFieldNumbering)->keyColumn, key);
+    const auto container = keyPosition(true, kTaskExtendedFieldsKey);
+    if (!number || !container) {
+        return std::nullopt;
+    }
+    return MPPFieldPlace{&row, kTaskExtendedFieldMark | *number, row.test, *container};
+}
+
+} // namespace
+
 std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion,
-                                           const MPPKeyPosition& keyPosition) {
+                                           const MPPKeyPosition& keyPosition, int32_t number) {
     for (const MPPFieldRow& row : kRows) {
-        if (row.field != field || !row.holds(version, appVersion)) {
+        if (row.field != field || !row.holds(version, appVersion, number)) {
             continue;
         }
-        if (const auto position = keyPosition(row.block == var || row.block == props, row.key)) {
+        const int32_t key = row.numbered ? row.key + number : row.key;
+        if (row.block == extended) {
+            if (auto place = extendedFieldPlace(row, key, keyPosition)) {
+                return place;
+            }
+            continue;
+        }
+        const bool keyed = row.block == var || row.block == props || row.block == custom;
+        if (const auto position = keyPosition(keyed, key)) {
             if (row.codec == bit) {
                 return MPPFieldPlace{&row,
                                      static_cast<uint32_t>(*position / 8 + row.shift),
@@ -370,15 +520,26 @@ std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int3
     return std::nullopt;
 }
 
-std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion) {
+std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion,
+                                           int32_t number) {
     const MPPVersionTables* tables = mppVersionTables(version);
     if (tables == nullptr) {
         return std::nullopt;
     }
-    return mppFieldPlace(field, version, appVersion, [tables](bool propertyNumber, int32_t key) {
-        return propertyNumber ? mppPropertyID(tables->keyColumn, key)
-                              : mppPropertyOffset(tables->keyColumn, key);
-    });
+    return mppFieldPlace(
+        field, version, appVersion,
+        [tables, version](bool propertyNumber, int32_t key) -> std::optional<uint32_t> {
+            if (!propertyNumber) {
+                return mppPropertyOffset(tables->keyColumn, key);
+            }
+            if (const auto custom = mppCustomFieldProperty(
+                    key, [version](MPPCustomFieldType type) { return mppTaskCustomFields(type, version); },
+                    [version](MPPCustomFieldType type) { return mppResourceCustomFields(type, version); })) {
+                return custom;
+            }
+            return mppPropertyID(tables->keyColumn, key);
+        },
+        number);
 }
 
 size_t mppFieldSize(const MPPFieldRow& row) {
@@ -405,6 +566,7 @@ size_t mppFieldSize(const MPPFieldRow& row) {
         return 1;
     case text:
     case bytes:
+    case number:
         break;
     }
     return 0;
@@ -441,6 +603,8 @@ MPPFieldValue decodeMPPField(const MPPFieldPlace& place, MPPConstBytes data) {
         return decodeMPPText(data);
     case bytes:
         return std::vector<uint8_t>(data.begin(), data.end());
+    case number:
+        return numberOfWidth(data);
     }
     return false;
 }
@@ -482,5 +646,7 @@ void encodeMPPField(const MPPFieldPlace& place, const MPPFieldValue& value, MPPM
         std::copy(block.begin(), block.end(), data.begin());
         return;
     }
+    case number:
+        return encodeMPPNumber(held<double>(value, row), data);
     }
 }

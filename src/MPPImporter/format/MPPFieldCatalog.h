@@ -16,7 +16,8 @@
 // value lies, under which property key (whose offset or property number per layout the key tables
 // give), and how the value is coded. Readers read a field by its row and the writers will write it by
 // the same row; a field is added by adding a row. Where layouts differ in block or coding, the field
-// has one row per group of layouts, and a layout takes the first of its rows whose key it has.
+// has one row per group of layouts, and a layout takes the first of its rows whose key it has. A field
+// with numbered copies (baselines 1 to 10) has numbered rows, whose key the copy's number is added to.
 
 // The block of an object that holds a field.
 enum class MPPFieldBlock : uint8_t {
@@ -26,6 +27,10 @@ enum class MPPFieldBlock : uint8_t {
     fixed2Meta, // the second fixed meta item ("Fixed2Meta")
     var,        // the variable data block under the key's property number, from its start
     props,      // the project's Props stream, under the key's property number
+    custom,     // a custom field value of the variable data under the key's property number: as stored,
+                // or in the outline code store where the stored value refers to an outline code
+    extended,   // an entry of the task's block of extended fields (format 9, variable data), named by the
+                // task field mark and the property number that format 12 gives the key
 };
 
 // How a field's bytes become its value.
@@ -42,6 +47,8 @@ enum class MPPFieldCodec : uint8_t {
     text,       // UTF-16 text (decodeMPPText); variable data and Props only
     bytes,      // the whole block; variable data only
     bit,        // a yes-or-no answer of one bit, whose number from the block's start the key gives
+    number,     // a number of its block's width as a double: a signed integer of 1, 2 or 4 bytes or a
+                // double of 8 (0 for another width); variable data only, written as a double
 };
 
 // The test of a flag: set when (value & mask) != 0, where the value is a byte, or a 16-bit word when
@@ -116,6 +123,7 @@ enum class MPPField : uint16_t {
     taskBaselineDuration,
     taskBaselineFinish,
     taskBaselineStart,
+    taskBaselineWork,
     taskEffortDriven,
     taskMilestone,
     taskExpanded,
@@ -158,6 +166,31 @@ enum class MPPField : uint16_t {
     assignmentBaselineFinish,
     assignmentBaselineWork,
     assignmentBaselineCost,
+    resourceBaselineCost,
+    resourceBaselineWork,
+    // Custom fields, numbered from 1 per type (outline code fields, whose values refer to the outline
+    // code store, are not among them).
+    taskCustomCost,
+    taskCustomDate,
+    taskCustomDuration,
+    taskCustomFinish,
+    taskCustomNumber,
+    taskCustomStart,
+    taskCustomText,
+    resourceCustomCost,
+    resourceCustomDate,
+    resourceCustomDuration,
+    resourceCustomFinish,
+    resourceCustomNumber,
+    resourceCustomStart,
+    resourceCustomText,
+    // The value list of an outline code, by the outline code's UID: its value in the form of the
+    // custom field that refers to it, and the code's own text.
+    outlineCodeValueNumber,
+    outlineCodeValueInteger,
+    outlineCodeValueDate,
+    outlineCodeValueText,
+    outlineCodeData,
     projectCurrencyCode,
     projectCurrencyDigits,
     projectCurrencySymbolPosition,
@@ -221,9 +254,13 @@ struct MPPFieldRow {
     MPPLayoutSet savedBy = {};
     // Bytes added to the key's offset in the files the row holds for.
     int32_t shift = 0;
+    // Whether the row holds for the numbered copies of the field (1 and up, added to the key) rather
+    // than for the field itself.
+    bool numbered = false;
 
-    constexpr bool holds(int32_t version, int32_t appVersion) const {
-        return layouts.contains(version) && (savedBy.empty() || savedBy.contains(appVersion));
+    constexpr bool holds(int32_t version, int32_t appVersion, int32_t number = 0) const {
+        return layouts.contains(version) && (savedBy.empty() || savedBy.contains(appVersion)) &&
+               numbered == (number > 0);
     }
 };
 
@@ -234,6 +271,8 @@ struct MPPFieldPlace {
     uint32_t position = 0;
     // The test of a flag or a bit at this place: the row's test, or the bit's mask in its byte.
     MPPFieldTest test = {};
+    // For an entry of extended fields, the property number of their block in the variable data.
+    uint32_t container = 0;
 };
 
 std::span<const MPPFieldRow> mppFieldCatalog();
@@ -242,16 +281,18 @@ std::span<const MPPFieldRow> mppFieldCatalog();
 // where the layout has no such key.
 using MPPKeyPosition = std::function<std::optional<uint32_t>(bool propertyNumber, int32_t key)>;
 
-// The place of `field` in layout `version` of a file saved by application `appVersion`: that of the
-// first row that holds for them and whose key the layout has, so that a field kept in different blocks
-// by different layouts has a row for each. None where no such row's key lies in the layout.
+// The place of `field`, or of its copy `number` (1 and up), in layout `version` of a file saved by
+// application `appVersion`: that of the first row that holds for them and whose key the layout has, so
+// that a field kept in different blocks by different layouts has a row for each. None where no such
+// row's key lies in the layout.
 std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion,
-                                           const MPPKeyPosition& keyPosition);
+                                           const MPPKeyPosition& keyPosition, int32_t number = 0);
 // The same with the keys of the key tables.
-std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion);
+std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int32_t appVersion,
+                                           int32_t number = 0);
 
-// The bytes that a row's value takes in its block; 0 for text and whole blocks, whose size is the
-// block's.
+// The bytes that a row's value takes in its block; 0 for text, whole blocks and numbers, whose size is
+// the block's.
 size_t mppFieldSize(const MPPFieldRow& row);
 
 // A decoded value: flags as bool; integers, durations and work (in microseconds) as int64_t; doubles

@@ -3,6 +3,7 @@
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 #include "MPPImporter/readers/KVMSPISingleExtendedAttribute.h"
+#include "MPPImporter/readers/MPPObjectFieldReads.h"
 
 KVMSPICustomFieldsReader::KVMSPICustomFieldsReader(int32_t uid, KVMSPIMPPDataDirectoryReader& reader,
                                                    const Tables& tables)
@@ -15,49 +16,51 @@ bool KVMSPICustomFieldsReader::customFields(
     if (project == nullptr || var == nullptr) {
         return true;
     }
-    // Reads each field of `table` with `read(name, property)`, which answers the attribute or none. A
-    // field that the user named in the file goes by that name, so that the name survives the bundle;
-    // any other by the name of its kind and number ("TASK_TEXT1").
-    const auto readTable = [&](Table table, auto read) {
-        for (const MPPCustomFieldRecord& record : table) {
-            const auto property = static_cast<int32_t>(record.propertyNumber);
-            const std::string* alias = m_reader.fieldAlias(property);
-            if (auto attribute = read(alias ? *alias : record.fieldName, property)) {
+    const MPPObjectFieldReads fields(m_reader);
+    // Reads field n of a type by its row with `read(name, field, n)`, which answers the attribute or
+    // none. A field that the user named in the file goes by that name, so that the name survives the
+    // bundle; any other by the name of its kind and number ("TASK_TEXT1").
+    const auto readType = [&](const TypeFields& type, auto read) {
+        for (size_t index = 0; index < type.records.size(); ++index) {
+            const MPPCustomFieldRecord& record = type.records[index];
+            const std::string* alias = m_reader.fieldAlias(static_cast<int32_t>(record.propertyNumber));
+            if (auto attribute =
+                    read(alias ? *alias : record.fieldName, type.field, static_cast<int32_t>(index) + 1)) {
                 value.push_back(std::move(attribute));
             }
         }
     };
-    const auto doubles = [&](const std::string& name, int32_t property) {
-        double number = 0;
-        return project->customFieldDoubleValue(number, *var, m_uid, property, nullptr)
-                   ? KVMSPISingleExtendedAttribute::withDouble(number, name, m_reader)
+    const auto doubles = [&](const std::string& name, MPPField field, int32_t number) {
+        double read = 0;
+        return fields.read(field, m_uid, read, nullptr, number)
+                   ? KVMSPISingleExtendedAttribute::withDouble(read, name, m_reader)
                    : nullptr;
     };
-    const auto texts = [&](const std::string& name, int32_t property) {
+    const auto texts = [&](const std::string& name, MPPField field, int32_t number) {
         std::string text;
-        return project->customFieldUnicodeValue(text, *var, m_uid, property, nullptr)
+        return fields.read(field, m_uid, text, nullptr, number)
                    ? KVMSPISingleExtendedAttribute::withString(text, name, m_reader)
                    : nullptr;
     };
-    const auto durations = [&](const std::string& name, int32_t property) {
+    const auto durations = [&](const std::string& name, MPPField field, int32_t number) {
         TVTimeSpan span = 0;
-        return project->customFieldDurationValue(span, *var, m_uid, property, nullptr)
+        return fields.read(field, m_uid, span, nullptr, number)
                    ? KVMSPISingleExtendedAttribute::withDuration(span, name, m_reader)
                    : nullptr;
     };
-    const auto dates = [&](const std::string& name, int32_t property) {
+    const auto dates = [&](const std::string& name, MPPField field, int32_t number) {
         TVDate date;
-        return project->customFieldTimestampValue(date, *var, m_uid, property, nullptr)
+        return fields.read(field, m_uid, date, nullptr, number)
                    ? KVMSPISingleExtendedAttribute::withTimestamp(date, name, m_reader)
                    : nullptr;
     };
-    readTable(m_tables.cost, doubles);
-    readTable(m_tables.number, doubles);
-    readTable(m_tables.text, texts);
-    readTable(m_tables.duration, durations);
-    readTable(m_tables.date, dates);
-    readTable(m_tables.start, dates);
-    readTable(m_tables.finish, dates);
+    readType(m_tables.cost, doubles);
+    readType(m_tables.number, doubles);
+    readType(m_tables.text, texts);
+    readType(m_tables.duration, durations);
+    readType(m_tables.date, dates);
+    readType(m_tables.start, dates);
+    readType(m_tables.finish, dates);
     // Outline code values are read like the others, and then left out of the result.
     for (const MPPCustomFieldRecord& record : m_tables.outlineCode) {
         std::string code;

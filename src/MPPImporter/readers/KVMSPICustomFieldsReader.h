@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MPPImporter/format/MPPCustomFieldRecord.h"
+#include "MPPImporter/format/MPPFieldCatalog.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsCustomFieldReader.h"
 
 #include <cstdint>
@@ -8,9 +9,9 @@
 
 class KVMSPIMPPDataDirectoryReader;
 
-// Reads the custom fields of one task or resource from the variable data of its store, through the
-// custom field decoding of the project reader. Which fields exist is told by the tables of the
-// version's property list, which the subclasses pick.
+// Reads the custom fields of one task or resource by their catalogue rows, whose values the project
+// reader decodes. Which fields exist and what they are called is told by the tables of the version's
+// property list, which the subclasses pick with the fields of their kind.
 class KVMSPICustomFieldsReader : public KVMSPIMPPAbsCustomFieldReader {
 public:
     // Fields in the order cost, number, text, duration, date, start, finish; outline code fields are
@@ -20,8 +21,15 @@ public:
 
 protected:
     using Table = std::span<const MPPCustomFieldRecord>;
+    // The fields of one type: their records, and the catalogue field whose copy n is field n.
+    struct TypeFields {
+        Table records;
+        MPPField field;
+    };
     struct Tables {
-        Table cost, date, duration, finish, number, outlineCode, start, text;
+        TypeFields cost, date, duration, finish, number;
+        Table outlineCode;
+        TypeFields start, text;
     };
 
     KVMSPICustomFieldsReader(int32_t uid, KVMSPIMPPDataDirectoryReader& reader, const Tables& tables);

@@ -4,10 +4,8 @@
 #include "MPPImporter/readers/KVMSPIMPPAbsOutlCodeReader.h"
 #include "MPPImporter/readers/MPPObjectFieldReads.h"
 
-#include <optional>
-
 // The outline code values of the "TBkndOutlCode" storage: the value lists behind the custom fields
-// that refer to an outline code, read from the variable data by outline code UID.
+// that refer to an outline code, read by their catalogue rows by outline code UID.
 class KVMSPIMPPOutlCodeReader : public KVMSPIMPPDataDirectoryReader, public KVMSPIMPPAbsOutlCodeReader {
 public:
     KVMSPIMPPOutlCodeReader(std::unique_ptr<SSLStorage> directory, std::string name,
@@ -22,10 +20,4 @@ public:
 
 private:
     MPPObjectFieldReads m_reads;
-    // The version's property numbers; none where it has no such property. The description and the
-    // third value list property are known but not read.
-    std::optional<uint32_t> m_propValueListValue;
-    std::optional<uint32_t> m_propValueListDescription;
-    std::optional<uint32_t> m_propValueListUnknown;
-    std::optional<uint32_t> m_propOutlineCodeData;
 };

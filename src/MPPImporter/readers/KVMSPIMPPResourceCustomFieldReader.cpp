@@ -16,12 +16,14 @@ KVMSPIMPPDataDirectoryReader& requireResourceReader(KVMSPIMPPDataDirectoryReader
 
 KVMSPIMPPResourceCustomFieldReader::KVMSPIMPPResourceCustomFieldReader(int32_t uid,
                                                                        KVMSPIMPPDataDirectoryReader& reader)
-    : KVMSPICustomFieldsReader(uid, requireResourceReader(reader),
-                               {.cost = reader.MPPPropertyList().resourceCostCustomFields(),
-                                .date = reader.MPPPropertyList().resourceDateCustomFields(),
-                                .duration = reader.MPPPropertyList().resourceDurationCustomFields(),
-                                .finish = reader.MPPPropertyList().resourceFinishCustomFields(),
-                                .number = reader.MPPPropertyList().resourceNumberCustomFields(),
-                                .outlineCode = reader.MPPPropertyList().resourceOutlineCodeCustomFields(),
-                                .start = reader.MPPPropertyList().resourceStartCustomFields(),
-                                .text = reader.MPPPropertyList().resourceTextCustomFields()}) {}
+    : KVMSPICustomFieldsReader(
+          uid, requireResourceReader(reader),
+          {.cost = {reader.MPPPropertyList().resourceCostCustomFields(), MPPField::resourceCustomCost},
+           .date = {reader.MPPPropertyList().resourceDateCustomFields(), MPPField::resourceCustomDate},
+           .duration = {reader.MPPPropertyList().resourceDurationCustomFields(),
+                        MPPField::resourceCustomDuration},
+           .finish = {reader.MPPPropertyList().resourceFinishCustomFields(), MPPField::resourceCustomFinish},
+           .number = {reader.MPPPropertyList().resourceNumberCustomFields(), MPPField::resourceCustomNumber},
+           .outlineCode = reader.MPPPropertyList().resourceOutlineCodeCustomFields(),
+           .start = {reader.MPPPropertyList().resourceStartCustomFields(), MPPField::resourceCustomStart},
+           .text = {reader.MPPPropertyList().resourceTextCustomFields(), MPPField::resourceCustomText}}) {}

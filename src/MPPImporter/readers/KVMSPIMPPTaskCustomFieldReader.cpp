@@ -15,12 +15,13 @@ KVMSPIMPPDataDirectoryReader& requireTaskReader(KVMSPIMPPDataDirectoryReader& re
 
 KVMSPIMPPTaskCustomFieldReader::KVMSPIMPPTaskCustomFieldReader(int32_t uid,
                                                                KVMSPIMPPDataDirectoryReader& reader)
-    : KVMSPICustomFieldsReader(uid, requireTaskReader(reader),
-                               {.cost = reader.MPPPropertyList().taskCostCustomFields(),
-                                .date = reader.MPPPropertyList().taskDateCustomFields(),
-                                .duration = reader.MPPPropertyList().taskDurationCustomFields(),
-                                .finish = reader.MPPPropertyList().taskFinishCustomFields(),
-                                .number = reader.MPPPropertyList().taskNumberCustomFields(),
-                                .outlineCode = reader.MPPPropertyList().taskOutlineCodeCustomFields(),
-                                .start = reader.MPPPropertyList().taskStartCustomFields(),
-                                .text = reader.MPPPropertyList().taskTextCustomFields()}) {}
+    : KVMSPICustomFieldsReader(
+          uid, requireTaskReader(reader),
+          {.cost = {reader.MPPPropertyList().taskCostCustomFields(), MPPField::taskCustomCost},
+           .date = {reader.MPPPropertyList().taskDateCustomFields(), MPPField::taskCustomDate},
+           .duration = {reader.MPPPropertyList().taskDurationCustomFields(), MPPField::taskCustomDuration},
+           .finish = {reader.MPPPropertyList().taskFinishCustomFields(), MPPField::taskCustomFinish},
+           .number = {reader.MPPPropertyList().taskNumberCustomFields(), MPPField::taskCustomNumber},
+           .outlineCode = reader.MPPPropertyList().taskOutlineCodeCustomFields(),
+           .start = {reader.MPPPropertyList().taskStartCustomFields(), MPPField::taskCustomStart},
+           .text = {reader.MPPPropertyList().taskTextCustomFields(), MPPField::taskCustomText}}) {}

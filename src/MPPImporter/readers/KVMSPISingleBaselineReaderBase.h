@@ -1,7 +1,5 @@
 #pragma once
 
-#include "MPPCommon/support/TVDate.h"
-#include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsBaselineReader.h"
@@ -13,10 +11,9 @@
 #include <string>
 #include <utility>
 
-// What the task and resource copies of one baseline share: the baseline number, checked at creation,
-// the version's property list, and the reads of the object's fields. Baselines 1 to 10 are custom
-// field values of the object's variable data, under a group key indexed by the baseline number;
-// baseline 0 has keys of its own in the fixed item or the variable data.
+// What the copies of one baseline share: the baseline number, checked at creation, the version's
+// property list, and the reads of the object's fields, whose catalogue rows know where each layout keeps
+// baseline 0 and the numbered baselines 1 to 10.
 class KVMSPISingleBaselineReaderBase : public KVMSPISingleObjectReaderBase,
                                        public KVMSPIMPPAbsBaselineReader {
 public:
@@ -31,23 +28,17 @@ protected:
 
     const KVMSPIMPPPropertyList& MPPPropertyList() const { return m_MPPPropertyList; }
 
-    // The custom field value under the group key's property for this baseline; false when the
-    // version has no such key, the store no variable data or the plan no project reader, or the object
-    // holds no value.
-    bool readGroupDouble(int32_t groupKey, double& value) const;
-    bool readGroupInt(int32_t groupKey, int32_t& value) const;
-    bool readGroupTimestamp(int32_t groupKey, TVDate& value) const;
-
-    // The reads of the object's fields by key.
-    MPPObjectFieldReads fields() const { return MPPObjectFieldReads(reader()); }
+    // Reads this baseline's copy of a field; false where the layout doesn't hold it or the object holds no
+    // value.
+    template <typename Value>
+    bool read(MPPField field, Value& value) const {
+        return MPPObjectFieldReads(reader()).read(field, uid(), value, nullptr, m_baselineNumber);
+    }
 
     // "<`kind` UID=n baseline=m>  name=YES name=NO ", one entry for each flag in order.
     std::string describe(const char* kind, std::initializer_list<std::pair<const char*, bool>> flags) const;
 
 private:
-    template <typename Read>
-    bool readGroup(int32_t groupKey, Read read) const;
-
     int32_t m_baselineNumber;
     const KVMSPIMPPPropertyList& m_MPPPropertyList;
 };

@@ -1,6 +1,5 @@
 #include "MPPImporter/readers/KVMSPISingleResourceBaselineReader.h"
 
-#include "MPPImporter/format/MPPResourcePropertyKeys.h"
 #include "MPPImporter/readers/KVMSPIMPPResourceReader.h"
 
 namespace {
@@ -15,13 +14,8 @@ KVMSPISingleResourceBaselineReader::KVMSPISingleResourceBaselineReader(int32_t u
     bool marked = false;
     m_isSet = MPPPropertyList().mppVersion() == kFormatWithoutBaselineMarks ||
               (reader.hasBaseline(uid, baselineNumber, marked) && marked);
-    if (baselineNumber == 0) {
-        m_hasCost = fields().read(MPPField::resourceBaselineCost, uid, m_resourceCost, nullptr);
-        m_hasWork = fields().read(MPPField::resourceBaselineWork, uid, m_resourceWork, nullptr);
-    } else {
-        m_hasCost = readGroupDouble(kResourceBaselineCostGroupKey, m_resourceCost);
-        m_hasWork = readGroupDouble(kResourceBaselineWorkGroupKey, m_resourceWork);
-    }
+    m_hasCost = read(MPPField::resourceBaselineCost, m_resourceCost);
+    m_hasWork = read(MPPField::resourceBaselineWork, m_resourceWork);
 }
 
 std::string KVMSPISingleResourceBaselineReader::description() const {

@@ -9,9 +9,8 @@
 class KVMSPIMPPTaskReader;
 
 // One task's copy of one baseline, read at creation and kept in the file's units: cost in hundredths
-// of the currency unit, duration in tenths of a minute, work in thousandths of a minute. Baselines 1
-// to 10 are custom field values; baseline 0 has fields of its own, and shares its work with the
-// actual plan.
+// of the currency unit, duration in tenths of a minute, work in thousandths of a minute. Baseline 0
+// shares its work with the actual plan.
 class KVMSPISingleTaskBaselineReader : public KVMSPISingleBaselineReaderBase {
 public:
     // A number outside 0 to 10 is an assertion failure.
@@ -36,10 +35,6 @@ public:
     void dbgPrint() const;
 
 private:
-    void readCustomFieldBaseline();
-    void readExtendedFieldBaseline();
-    void readBaseline0();
-
     bool m_hasCost = false;
     double m_taskCost = 0;
     bool m_hasDuration = false;

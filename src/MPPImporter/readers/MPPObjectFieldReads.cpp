@@ -5,6 +5,8 @@
 #include "MPPImporter/file/KVMPPVarDataReader.h"
 #include "MPPImporter/file/KVMSPIMPPDataDirectoryReader.h"
 #include "MPPImporter/file/KVMSPIMPPPropertyList.h"
+#include "MPPImporter/format/MPPExtendedFieldBlock.h"
+#include "MPPImporter/readers/KVMSPIMPPAbsProjectReader.h"
 
 #include <type_traits>
 
@@ -19,15 +21,6 @@ void store(Value& destination, Value& read) {
 
 void store(std::string& destination, std::string& read) {
     destination += read;
-}
-
-// The byte reads of a data item and of a meta item, of either fixed stream.
-bool readDataUByte(KVMPPFixedDataReader& reader, uint8_t& value, int32_t uid, int32_t offset) {
-    return reader.readDataUByte(value, uid, offset);
-}
-
-bool readMetaUByte(KVMPPFixedDataReader& reader, uint8_t& value, int32_t uid, int32_t offset) {
-    return reader.readMetaUByte(value, uid, offset);
 }
 
 // False, after handing on the stream reader's error.
@@ -73,24 +66,35 @@ bool assign(const MPPFieldValue& decoded, Value& value, const MPPFieldRow& row) 
 
 // The store's property list knows where the keys of its layout lie, also for layouts that mix those of
 // the key tables.
-std::optional<MPPFieldPlace> MPPObjectFieldReads::place(MPPField field) const {
-    return m_store.MPPPropertyList().fieldPlace(field, m_store.appVersion());
+std::optional<MPPFieldPlace> MPPObjectFieldReads::place(MPPField field, int32_t number) const {
+    return m_store.MPPPropertyList().fieldPlace(field, m_store.appVersion(), number);
 }
 
 template <typename Value>
-bool MPPObjectFieldReads::read(MPPField field, int32_t uid, Value& value, TVError* error) const {
-    const auto place = this->place(field);
+bool MPPObjectFieldReads::read(MPPField field, int32_t uid, Value& value, TVError* error,
+                               int32_t number) const {
+    const auto place = this->place(field, number);
     if (!place) {
         return false;
     }
     const MPPFieldRow& row = *place->row;
     const auto position = static_cast<int32_t>(place->position);
+    if (row.block == MPPFieldBlock::custom) {
+        return readCustom(*place, uid, value, error);
+    }
+    if (row.block == MPPFieldBlock::extended) {
+        return readExtended(*place, uid, value, error);
+    }
     if constexpr (std::is_same_v<Value, std::string>) {
         tvAssert(row.codec == MPPFieldCodec::text, std::string("The field ") + row.name + " is no text.");
-        return propertyUnicode(place->position, uid, value, error);
+        return readText(place->position, uid, value, error);
     } else if constexpr (std::is_same_v<Value, std::vector<uint8_t>>) {
         tvAssert(row.codec == MPPFieldCodec::bytes, std::string("The field ") + row.name + " is no block.");
-        return varBlock(place->position, uid, value, error);
+        return readBlock(place->position, uid, value, error);
+    } else if (row.codec == MPPFieldCodec::number) {
+        std::vector<uint8_t> bytes;
+        return readBlock(place->position, uid, bytes, error) &&
+               assign(decodeMPPField(*place, bytes), value, row);
     } else {
         std::vector<uint8_t> bytes(mppFieldSize(row));
         if (!readBytes(row.block, uid, position, bytes)) {
@@ -100,15 +104,64 @@ bool MPPObjectFieldReads::read(MPPField field, int32_t uid, Value& value, TVErro
     }
 }
 
-template bool MPPObjectFieldReads::read(MPPField, int32_t, bool&, TVError*) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, uint8_t&, TVError*) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, int16_t&, TVError*) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, int32_t&, TVError*) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, int64_t&, TVError*) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, double&, TVError*) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, TVDate&, TVError*) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, std::string&, TVError*) const;
-template bool MPPObjectFieldReads::read(MPPField, int32_t, std::vector<uint8_t>&, TVError*) const;
+// The project reader decodes custom field values, as only it knows the outline code store.
+template <typename Value>
+bool MPPObjectFieldReads::readCustom(const MPPFieldPlace& place, int32_t uid, Value& value,
+                                     TVError* error) const {
+    auto* project = dynamic_cast<KVMSPIMPPAbsProjectReader*>(m_store.parentReader());
+    KVMPPVarDataReader* var = m_store.varDataReader();
+    if (project == nullptr || var == nullptr) {
+        return false;
+    }
+    const MPPFieldCodec codec = place.row->codec;
+    const auto property = static_cast<int32_t>(place.position);
+    if constexpr (std::is_same_v<Value, double>) {
+        if (codec == MPPFieldCodec::number) {
+            return project->customFieldDoubleValue(value, *var, uid, property, nullptr, error);
+        }
+    } else if constexpr (std::is_same_v<Value, int32_t>) {
+        if (codec == MPPFieldCodec::int32) {
+            return project->customFieldIntValue(value, *var, uid, property, nullptr, error);
+        }
+    } else if constexpr (std::is_same_v<Value, TVTimeSpan>) {
+        if (codec == MPPFieldCodec::duration) {
+            return project->customFieldDurationValue(value, *var, uid, property, nullptr, error);
+        }
+    } else if constexpr (std::is_same_v<Value, TVDate>) {
+        if (codec == MPPFieldCodec::timestamp) {
+            return project->customFieldTimestampValue(value, *var, uid, property, nullptr, error);
+        }
+    } else if constexpr (std::is_same_v<Value, std::string>) {
+        if (codec == MPPFieldCodec::text) {
+            return project->customFieldUnicodeValue(value, *var, uid, property, nullptr, error);
+        }
+    }
+    tvAssert(false,
+             std::string("The custom field ") + place.row->name + " is read into a value of another kind.");
+    return false;
+}
+
+template <typename Value>
+bool MPPObjectFieldReads::readExtended(const MPPFieldPlace& place, int32_t uid, Value& value,
+                                       TVError* error) const {
+    std::vector<uint8_t> bytes;
+    if (!readBlock(place.container, uid, bytes, error)) {
+        return false;
+    }
+    const MPPExtendedFieldBlock block(std::move(bytes));
+    const auto entry = block.value(place.position, mppFieldSize(*place.row));
+    return entry && assign(decodeMPPField(place, *entry), value, *place.row);
+}
+
+template bool MPPObjectFieldReads::read(MPPField, int32_t, bool&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, uint8_t&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, int16_t&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, int32_t&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, int64_t&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, double&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, TVDate&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, std::string&, TVError*, int32_t) const;
+template bool MPPObjectFieldReads::read(MPPField, int32_t, std::vector<uint8_t>&, TVError*, int32_t) const;
 
 const KVMPPDataReader* MPPObjectFieldReads::readerOf(MPPFieldBlock block) const {
     switch (block) {
@@ -119,6 +172,8 @@ const KVMPPDataReader* MPPObjectFieldReads::readerOf(MPPFieldBlock block) const 
     case MPPFieldBlock::fixed2Meta:
         return m_store.fixed2DataReader();
     case MPPFieldBlock::var:
+    case MPPFieldBlock::custom:
+    case MPPFieldBlock::extended:
         break;
     case MPPFieldBlock::props: // the project's, no object store's
         return nullptr;
@@ -142,6 +197,8 @@ bool MPPObjectFieldReads::readBytes(MPPFieldBlock block, int32_t uid, int32_t po
     case MPPFieldBlock::var:
         break;
     case MPPFieldBlock::props:
+    case MPPFieldBlock::custom:   // read through the project reader
+    case MPPFieldBlock::extended: // read from the block of extended fields
         return false;
     }
     KVMPPVarDataReader* var = m_store.varDataReader();
@@ -149,106 +206,19 @@ bool MPPObjectFieldReads::readBytes(MPPFieldBlock block, int32_t uid, int32_t po
 }
 
 template <typename Value, typename Read>
-bool MPPObjectFieldReads::readFixed(KVMPPFixedDataReader* reader, int32_t key, int32_t uid, Value& value,
-                                    TVError* error, Read read) const {
-    const auto offset = m_store.MPPPropertyList().propertyOffset(key);
-    Value scratch{};
-    if (reader != nullptr && offset && read(*reader, scratch, uid, static_cast<int32_t>(*offset))) {
-        store(value, scratch);
-        return true;
-    }
-    return failed(reader, error);
-}
-
-template <typename Value, typename Read>
-bool MPPObjectFieldReads::readVar(std::optional<uint32_t> property, int32_t uid, Value& value, TVError* error,
+bool MPPObjectFieldReads::readVar(uint32_t property, int32_t uid, Value& value, TVError* error,
                                   Read read) const {
     KVMPPVarDataReader* reader = m_store.varDataReader();
     Value scratch{};
-    if (reader != nullptr && property && read(*reader, scratch, uid, static_cast<int32_t>(*property))) {
+    if (reader != nullptr && read(*reader, scratch, uid, static_cast<int32_t>(property))) {
         store(value, scratch);
         return true;
     }
     return failed(reader, error);
 }
 
-bool MPPObjectFieldReads::fixedDouble(int32_t key, int32_t uid, double& value, TVError* error) const {
-    return readFixed(m_store.fixedDataReader(), key, uid, value, error,
-                     [](KVMPPFixedDataReader& reader, double& v, int32_t u, int32_t o) {
-                         return reader.readDataDouble(v, u, o);
-                     });
-}
-
-bool MPPObjectFieldReads::fixedInt(int32_t key, int32_t uid, int32_t& value, TVError* error) const {
-    return readFixed(m_store.fixedDataReader(), key, uid, value, error,
-                     [](KVMPPFixedDataReader& reader, int32_t& v, int32_t u, int32_t o) {
-                         return reader.readDataInt(v, u, o);
-                     });
-}
-
-bool MPPObjectFieldReads::fixedShort(int32_t key, int32_t uid, int16_t& value, TVError* error) const {
-    return readFixed(m_store.fixedDataReader(), key, uid, value, error,
-                     [](KVMPPFixedDataReader& reader, int16_t& v, int32_t u, int32_t o) {
-                         return reader.readDataShort(v, u, o);
-                     });
-}
-
-bool MPPObjectFieldReads::fixedUShort(int32_t key, int32_t uid, uint16_t& value, TVError* error) const {
-    return readFixed(m_store.fixedDataReader(), key, uid, value, error,
-                     [](KVMPPFixedDataReader& reader, uint16_t& v, int32_t u, int32_t o) {
-                         return reader.readDataUShort(v, u, o);
-                     });
-}
-
-bool MPPObjectFieldReads::fixedTimestamp(int32_t key, int32_t uid, TVDate& value, TVError* error) const {
-    return readFixed(m_store.fixedDataReader(), key, uid, value, error,
-                     [](KVMPPFixedDataReader& reader, TVDate& v, int32_t u, int32_t o) {
-                         return reader.readDataTimestamp(v, u, o);
-                     });
-}
-
-bool MPPObjectFieldReads::fixedUByte(int32_t key, int32_t uid, uint8_t& value, TVError* error) const {
-    return readFixed(m_store.fixedDataReader(), key, uid, value, error, readDataUByte);
-}
-
-bool MPPObjectFieldReads::fixedMetaUByte(int32_t key, int32_t uid, uint8_t& value, TVError* error) const {
-    return readFixed(m_store.fixedDataReader(), key, uid, value, error, readMetaUByte);
-}
-
-bool MPPObjectFieldReads::fixed2UByte(int32_t key, int32_t uid, uint8_t& value, TVError* error) const {
-    return readFixed(m_store.fixed2DataReader(), key, uid, value, error, readDataUByte);
-}
-
-bool MPPObjectFieldReads::fixed2MetaUByte(int32_t key, int32_t uid, uint8_t& value, TVError* error) const {
-    return readFixed(m_store.fixed2DataReader(), key, uid, value, error, readMetaUByte);
-}
-
-bool MPPObjectFieldReads::varDouble(int32_t key, int32_t uid, double& value, TVError* error) const {
-    return readVar(m_store.MPPPropertyList().propertyID(key), uid, value, error,
-                   [](KVMPPVarDataReader& reader, double& v, int32_t u, int32_t p) {
-                       return reader.readDataDouble(v, u, p, 0);
-                   });
-}
-
-bool MPPObjectFieldReads::varInt(int32_t key, int32_t uid, int32_t& value, TVError* error) const {
-    return propertyInt(m_store.MPPPropertyList().propertyID(key), uid, value, error);
-}
-
-bool MPPObjectFieldReads::varTimestamp(int32_t key, int32_t uid, TVDate& value, TVError* error) const {
-    return propertyTimestamp(m_store.MPPPropertyList().propertyID(key), uid, value, error);
-}
-
-bool MPPObjectFieldReads::varUnicode(int32_t key, int32_t uid, std::string& value, TVError* error) const {
-    return propertyUnicode(m_store.MPPPropertyList().propertyID(key), uid, value, error);
-}
-
-bool MPPObjectFieldReads::varBytes(int32_t key, int32_t uid, std::vector<uint8_t>& value,
-                                   TVError* error) const {
-    return varBlock(m_store.MPPPropertyList().propertyID(key), uid, value, error);
-}
-
-bool MPPObjectFieldReads::varBlock(std::optional<uint32_t> property, int32_t uid, std::vector<uint8_t>& value,
-                                   TVError* error) const {
+bool MPPObjectFieldReads::readBlock(uint32_t property, int32_t uid, std::vector<uint8_t>& value,
+                                    TVError* error) const {
     return readVar(property, uid, value, error,
                    [](KVMPPVarDataReader& reader, std::vector<uint8_t>& bytes, int32_t u, int32_t p) {
                        int32_t size = 0;
@@ -260,32 +230,7 @@ bool MPPObjectFieldReads::varBlock(std::optional<uint32_t> property, int32_t uid
                    });
 }
 
-bool MPPObjectFieldReads::propertyInt(std::optional<uint32_t> property, int32_t uid, int32_t& value,
-                                      TVError* error) const {
-    return readVar(property, uid, value, error,
-                   [](KVMPPVarDataReader& reader, int32_t& v, int32_t u, int32_t p) {
-                       return reader.readDataInt(v, u, p, 0);
-                   });
-}
-
-bool MPPObjectFieldReads::propertyAsDouble(std::optional<uint32_t> property, int32_t uid, double& value,
-                                           TVError* error) const {
-    return readVar(property, uid, value, error,
-                   [](KVMPPVarDataReader& reader, double& v, int32_t u, int32_t p) {
-                       return reader.readDataAsDouble(v, u, p, 0);
-                   });
-}
-
-bool MPPObjectFieldReads::propertyTimestamp(std::optional<uint32_t> property, int32_t uid, TVDate& value,
-                                            TVError* error) const {
-    return readVar(property, uid, value, error,
-                   [](KVMPPVarDataReader& reader, TVDate& v, int32_t u, int32_t p) {
-                       return reader.readDataTimestamp(v, u, p, 0);
-                   });
-}
-
-bool MPPObjectFieldReads::propertyUnicode(std::optional<uint32_t> property, int32_t uid, std::string& value,
-                                          TVError* error) const {
+bool MPPObjectFieldReads::readText(uint32_t property, int32_t uid, std::string& value, TVError* error) const {
     return readVar(property, uid, value, error,
                    [](KVMPPVarDataReader& reader, std::string& v, int32_t u, int32_t p) {
                        return reader.readDataUnicode(&v, u, p, 0);

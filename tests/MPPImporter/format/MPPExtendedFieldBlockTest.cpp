@@ -29,31 +29,34 @@ std::vector<uint8_t> threeFields() {
                    uint16_t{4800}, uint16_t{11000});
 }
 
+// The 32-bit number of the field's value in the block; none when the block doesn't hold it whole.
+std::optional<uint32_t> wordOf(const std::vector<uint8_t>& bytes, uint32_t fieldID) {
+    const MPPExtendedFieldBlock block(bytes);
+    const auto value = block.value(fieldID, 4);
+    return value ? std::optional(decodeMPPNumber<uint32_t>(*value)) : std::nullopt;
+}
+
 TEST(MPPExtendedFieldBlock, ValuesAreFoundByTheirFieldIDs) {
     const MPPExtendedFieldBlock block(threeFields());
-    EXPECT_EQ(block.doubleValue(kCostField), 2.5);
-    EXPECT_EQ(block.intValue(kDurationField), 4800);
-    ASSERT_TRUE(block.timestampValue(kStartField));
-    EXPECT_EQ(*block.timestampValue(kStartField), getMPPEpoch().addingSeconds(11000 * 86400.0 + 8 * 3600.0));
-    EXPECT_FALSE(block.doubleValue(0x0B4001EF));
+    ASSERT_TRUE(block.value(kCostField, 8));
+    EXPECT_EQ(decodeMPPNumber<double>(*block.value(kCostField, 8)), 2.5);
+    EXPECT_EQ(wordOf(threeFields(), kDurationField), 4800u);
+    EXPECT_EQ(decodeMPPTimestamp(*block.value(kStartField, 4)),
+              getMPPEpoch().addingSeconds(11000 * 86400.0 + 8 * 3600.0));
+    EXPECT_FALSE(block.value(0x0B4001EF, 8));
 }
 
 TEST(MPPExtendedFieldBlock, ReadsStayInsideTheBlock) {
     // A value that runs past the end, an offset beyond it, and a count larger than the entries.
     std::vector<uint8_t> bytes = threeFields();
     bytes.resize(46);
-    EXPECT_FALSE(MPPExtendedFieldBlock(bytes).timestampValue(kStartField));
-    EXPECT_EQ(MPPExtendedFieldBlock(bytes).intValue(kDurationField), 4800);
-    EXPECT_FALSE(MPPExtendedFieldBlock(bytesOf(16u, 1u, kCostField, 0xFFFFFFF0u)).doubleValue(kCostField));
+    EXPECT_FALSE(wordOf(bytes, kStartField));
+    EXPECT_EQ(wordOf(bytes, kDurationField), 4800u);
+    EXPECT_FALSE(MPPExtendedFieldBlock(bytesOf(16u, 1u, kCostField, 0xFFFFFFF0u)).value(kCostField, 8));
     const auto endless = bytesOf(16u, 0xFFFFFFFFu, kDurationField, 0u);
-    EXPECT_EQ(MPPExtendedFieldBlock(endless).intValue(kDurationField), 16);
-    EXPECT_FALSE(MPPExtendedFieldBlock(endless).intValue(kCostField));
-    EXPECT_FALSE(MPPExtendedFieldBlock({1, 0, 0}).intValue(kCostField));
-}
-
-TEST(MPPExtendedFieldBlock, NullDateIsNoValue) {
-    const auto nullDate = bytesOf(20u, 1u, kStartField, 16u, 0xFFFFFFFFu);
-    EXPECT_FALSE(MPPExtendedFieldBlock(nullDate).timestampValue(kStartField));
+    EXPECT_EQ(wordOf(endless, kDurationField), 16u);
+    EXPECT_FALSE(wordOf(endless, kCostField));
+    EXPECT_FALSE(wordOf({1, 0, 0}, kCostField));
 }
 
 } // namespace

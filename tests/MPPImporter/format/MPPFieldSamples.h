@@ -17,6 +17,7 @@ inline std::vector<MPPFieldValue> mppFieldSamples(const MPPFieldRow& row, int32_
         return {int64_t{row.field == MPPField::taskID ? id : -123456789}};
     case MPPFieldCodec::float64:
     case MPPFieldCodec::hundredths:
+    case MPPFieldCodec::number:
         return {-1234.5};
     case MPPFieldCodec::timestamp:
         return {std::optional(getMPPEpoch().addingSeconds(100 * 86400.0 + 8 * 3600)),
@@ -44,5 +45,5 @@ inline size_t mppEncodedSize(const MPPFieldRow& row, const MPPFieldValue& value)
     if (const auto* block = std::get_if<std::vector<uint8_t>>(&value)) {
         return block->size();
     }
-    return mppFieldSize(row);
+    return row.codec == MPPFieldCodec::number ? sizeof(double) : mppFieldSize(row);
 }

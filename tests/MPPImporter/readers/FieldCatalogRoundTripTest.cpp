@@ -15,9 +15,11 @@
 
 namespace {
 
-// One task of the plan: a catalogue row and the value that the task holds there.
+// One task of the plan: a catalogue row, the copy of its field (0 for the field itself) and the value
+// that the task holds there.
 struct Case {
     const MPPFieldRow* row;
+    int32_t number;
     MPPFieldValue value;
 };
 
@@ -25,7 +27,7 @@ struct Case {
 // value; none when the read answers false.
 std::optional<MPPFieldValue> readBack(const MPPObjectFieldReads& reads, const Case& c, int32_t uid) {
     const auto read = [&]<typename Value>(Value value) -> std::optional<Value> {
-        return reads.read(c.row->field, uid, value, nullptr) ? std::optional(value) : std::nullopt;
+        return reads.read(c.row->field, uid, value, nullptr, c.number) ? std::optional(value) : std::nullopt;
     };
     switch (c.row->codec) {
     case MPPFieldCodec::flag:
@@ -36,6 +38,7 @@ std::optional<MPPFieldValue> readBack(const MPPObjectFieldReads& reads, const Ca
         break;
     case MPPFieldCodec::float64:
     case MPPFieldCodec::hundredths:
+    case MPPFieldCodec::number:
         if (auto value = read(0.0)) {
             return *value;
         }
@@ -55,6 +58,11 @@ std::optional<MPPFieldValue> readBack(const MPPObjectFieldReads& reads, const Ca
             return *value;
         }
         break;
+    case MPPFieldCodec::int32:
+        if (auto value = read(int32_t{0})) {
+            return int64_t{*value};
+        }
+        break;
     default:
         if (auto value = read(int64_t{0})) {
             return *value;
@@ -64,9 +72,9 @@ std::optional<MPPFieldValue> readBack(const MPPObjectFieldReads& reads, const Ca
     return std::nullopt;
 }
 
-// Per task row of the catalogue and layout: a plan whose task holds a value encoded
-// by the row at its place reads that value back through the row, with the block and the codec that
-// the row names.
+// Per task row of the catalogue, layout and copy (the field itself or baseline 1): a plan whose task
+// holds a value encoded by the row at its place reads that value back through the row, with the block
+// and the codec that the row names; custom field values through the project reader.
 TEST(FieldCatalogRoundTrip, EveryTaskRowReadsBackWhatItsEncoderWrote) {
     const std::vector<const KVMSPIMPPPropertyList*> lists = {&KVMSPIMPP14PropertyList::shared(),
                                                              &KVMSPIMPP15PropertyList::shared(),
@@ -75,7 +83,8 @@ TEST(FieldCatalogRoundTrip, EveryTaskRowReadsBackWhatItsEncoderWrote) {
         std::vector<Case> cases;
         std::vector<FixtureTask> tasks;
         for (const MPPFieldRow& row : mppFieldCatalog()) {
-            const auto place = mppFieldPlace(row.field, list->mppVersion(), list->mppVersion());
+            const int32_t number = row.numbered ? 1 : 0;
+            const auto place = mppFieldPlace(row.field, list->mppVersion(), list->mppVersion(), number);
             if (!std::string_view(row.name).starts_with("task") || !place || place->row != &row) {
                 continue;
             }
@@ -89,9 +98,10 @@ TEST(FieldCatalogRoundTrip, EveryTaskRowReadsBackWhatItsEncoderWrote) {
                     {MPPFieldBlock::fixed, &task.data},
                     {MPPFieldBlock::fixedMeta, &task.meta},
                     {MPPFieldBlock::fixed2Meta, &task.fixed2Meta},
-                    {MPPFieldBlock::var, &task.var}};
+                    {MPPFieldBlock::var, &task.var},
+                    {MPPFieldBlock::custom, &task.var}};
                 (*blocks.at(row.block))[static_cast<int32_t>(place->position)] = bytes;
-                cases.push_back({&row, value});
+                cases.push_back({&row, number, value});
                 tasks.push_back(task);
             }
         }

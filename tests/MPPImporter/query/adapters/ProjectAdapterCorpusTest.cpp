@@ -1,4 +1,5 @@
 #include "AdapterCorpusPlan.h"
+#include "MPPImporter/file/KVMSPIMPPPropertyList.h"
 #include "MPPImporter/readers/KVMSPIMPPAssignmentReader.h"
 #include "MPPImporter/readers/KVMSPIMPPCalendarReader.h"
 #include "MPPImporter/readers/KVMSPIMPPResourceReader.h"
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <map>
+#include <regex>
 
 namespace {
 
@@ -182,6 +184,49 @@ void projectValues(KVMSPIMPPProjectReader& project) {
     error = {};
     EXPECT_FALSE(project.stringValueForXQuery("DurationFormat", &error).has_value());
     EXPECT_TRUE(isNotPorted(error));
+}
+
+// Format 9 keeps the names of custom fields in the data directory's Props: every task and resource field
+// that the application's interchange file of legacy__alias names goes by that name (flags aside, which
+// are no custom field values).
+TEST(ProjectAdapterCorpusTest, Format9CustomFieldsGoByTheNamesOfTheDataDirectoryProps) {
+    TVMSP_REQUIRE_CORPUS();
+    const AdapterCorpusPlan plan = AdapterCorpusPlan::named("legacy__alias.mpp");
+    ASSERT_NE(plan.project(), nullptr);
+    const auto* tasks = dynamic_cast<const KVMSPIMPPTaskReader*>(plan.project()->taskReader());
+    const auto* resources = dynamic_cast<const KVMSPIMPPResourceReader*>(plan.project()->resourceReader());
+    ASSERT_TRUE(tasks != nullptr && resources != nullptr);
+    const std::map<std::string, MPPCustomFieldType> types = {
+        {"Cost", MPPCustomFieldType::cost},         {"Date", MPPCustomFieldType::date},
+        {"Duration", MPPCustomFieldType::duration}, {"Finish", MPPCustomFieldType::finish},
+        {"Number", MPPCustomFieldType::number},     {"OutlineCode", MPPCustomFieldType::outlineCode},
+        {"Start", MPPCustomFieldType::start},       {"Text", MPPCustomFieldType::text}};
+    const std::vector<unsigned char> bytes =
+        testsupport::readFileBytes(testsupport::corpusDir() / "mspdi" / "legacy__alias.xml");
+    const std::string xml(bytes.begin(), bytes.end());
+    const std::regex attribute(
+        "<FieldID>(\\d+)</FieldID><FieldName>([A-Za-z ]+?)(\\d+)</FieldName><Alias>([^<]*)</Alias>");
+    size_t named = 0;
+    for (auto match = std::sregex_iterator(xml.begin(), xml.end(), attribute);
+         match != std::sregex_iterator(); ++match) {
+        const auto type = types.find((*match)[2]);
+        const int64_t kind = std::stoll((*match)[1]) >> 16;
+        if (type == types.end()) {
+            continue;
+        }
+        ASSERT_TRUE(kind == 0x0B40 || kind == 0x0C40) << (*match)[0];
+        const KVMSPIMPPDataDirectoryReader& store =
+            kind == 0x0B40 ? static_cast<const KVMSPIMPPDataDirectoryReader&>(*tasks) : *resources;
+        const auto fields = kind == 0x0B40 ? store.MPPPropertyList().taskCustomFields(type->second)
+                                           : store.MPPPropertyList().resourceCustomFields(type->second);
+        const auto number = static_cast<size_t>(std::stoi((*match)[3]));
+        ASSERT_LE(number, fields.size()) << (*match)[0];
+        const std::string* name = store.fieldAlias(static_cast<int32_t>(fields[number - 1].propertyNumber));
+        ASSERT_NE(name, nullptr) << (*match)[0];
+        EXPECT_EQ(*name, (*match)[4]);
+        ++named;
+    }
+    EXPECT_EQ(named, 220u);
 }
 
 } // namespace
