@@ -227,8 +227,6 @@ enum class MPPField : uint16_t {
     taskFlag19,
     taskFlag20,
     resourceCostResource,
-    resourceBaselineWork,
-    resourceBaselineCost,
     resourceBaselineMark,
 };
 

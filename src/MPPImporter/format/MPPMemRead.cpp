@@ -12,42 +12,42 @@ MPPConstBytes at(const uint8_t* bytes, int32_t offset, size_t size) {
 }
 
 template <typename Number>
-Number number(const uint8_t* bytes, int32_t offset) {
+Number numberAt(const uint8_t* bytes, int32_t offset) {
     return decodeMPPNumber<Number>(at(bytes, offset, sizeof(Number)));
 }
 
 } // namespace
 
 int8_t memReadByte(const uint8_t* bytes, int32_t offset) {
-    return number<int8_t>(bytes, offset);
+    return numberAt<int8_t>(bytes, offset);
 }
 
 uint8_t memReadUByte(const uint8_t* bytes, int32_t offset) {
-    return number<uint8_t>(bytes, offset);
+    return numberAt<uint8_t>(bytes, offset);
 }
 
 int16_t memReadShort(const uint8_t* bytes, int32_t offset) {
-    return number<int16_t>(bytes, offset);
+    return numberAt<int16_t>(bytes, offset);
 }
 
 uint16_t memReadUShort(const uint8_t* bytes, int32_t offset) {
-    return number<uint16_t>(bytes, offset);
+    return numberAt<uint16_t>(bytes, offset);
 }
 
 int32_t memReadInt(const uint8_t* bytes, int32_t offset) {
-    return number<int32_t>(bytes, offset);
+    return numberAt<int32_t>(bytes, offset);
 }
 
 uint32_t memReadUInt(const uint8_t* bytes, int32_t offset) {
-    return number<uint32_t>(bytes, offset);
+    return numberAt<uint32_t>(bytes, offset);
 }
 
 float memReadFloat(const uint8_t* bytes, int32_t offset) {
-    return number<float>(bytes, offset);
+    return numberAt<float>(bytes, offset);
 }
 
 double memReadDouble(const uint8_t* bytes, int32_t offset) {
-    return number<double>(bytes, offset);
+    return numberAt<double>(bytes, offset);
 }
 
 void memReadByteArray(void* destination, const uint8_t* bytes, int32_t offset, size_t length) {
@@ -63,7 +63,7 @@ int32_t memReadDurationInt(const uint8_t* bytes, int32_t offset) {
 }
 
 int64_t memReadDurationLong(const uint8_t* bytes, int32_t offset) {
-    return number<int64_t>(bytes, offset);
+    return numberAt<int64_t>(bytes, offset);
 }
 
 int64_t memReadDurationLong6(const uint8_t* bytes, int32_t offset) {
