@@ -9,11 +9,10 @@
 #include "MPPExporter/Mappers/KVMSPEProjectMapper.h"
 #include "MPPExporter/Mappers/KVMSPEScheduledTaskInfo.h"
 #include "MPPExporter/Mappers/MSPETvnxReading.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 
 namespace {
 
-// The resource key of the unassigned resource.
-constexpr const char* kUnassignedResourceKey = "-65535";
 // Work of one unit of a material resource, in seconds.
 constexpr double kMaterialUnitWork = 3600;
 
@@ -113,7 +112,7 @@ KVMSPEAssignmentMapper::newDummyAssignmentForTaskId(const std::string& taskId, i
     const KVMSPEScheduledTaskInfo& info = scheduledTask(mapper, taskId);
     auto assignment = std::make_shared<KVMPPAssignment>();
     assignment->task.setKey(mapper.idMapper()->taskUIDFromTvnxId(info.uid()));
-    assignment->resource.setKey(kUnassignedResourceKey);
+    assignment->resource.setKey(std::to_string(kMPPUnassignedResourceUID));
     assignment->work = info.effort();
     assignment->actualWork = info.effortDone();
     assignment->remainingWork = assignment->work - assignment->actualWork;

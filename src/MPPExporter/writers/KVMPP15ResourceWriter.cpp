@@ -53,7 +53,6 @@ constexpr size_t kMaxCustomTexts = 30;
 constexpr size_t kFixed2KindOffset = 8;
 constexpr size_t kFixed2MarkOffset = 37;
 constexpr size_t kFixed2BaselineBitmapOffset = 38;
-constexpr size_t kFixed2BaselineBitmapSize = 12;
 
 // Element types of the variable data that no reader reads, as the application writes them.
 constexpr uint32_t kInitialsType = 2;

@@ -37,20 +37,19 @@ bool KVMSPISingleAssignmentReader::showsNoWork() const {
     return m_resourceUID == kMPPUnassignedResourceUID && m_assignmentReader.appVersion() < kMSPDIVersion_2010;
 }
 
-bool KVMSPISingleAssignmentReader::shownWork(double& value, TVError* error) const {
-    if (!assignmentWork(value, error)) {
-        return false;
+bool KVMSPISingleAssignmentReader::shown(bool read, double& value) const {
+    if (read && showsNoWork()) {
+        value = 0.0;
     }
-    value = showsNoWork() ? 0.0 : value;
-    return true;
+    return read;
+}
+
+bool KVMSPISingleAssignmentReader::shownWork(double& value, TVError* error) const {
+    return shown(assignmentWork(value, error), value);
 }
 
 bool KVMSPISingleAssignmentReader::shownRemainingWork(double& value, TVError* error) const {
-    if (!assignmentRemainingWork(value, error)) {
-        return false;
-    }
-    value = showsNoWork() ? 0.0 : value;
-    return true;
+    return shown(assignmentRemainingWork(value, error), value);
 }
 
 bool KVMSPISingleAssignmentReader::assignmentUID(int32_t& value, TVError* /*error*/) const {

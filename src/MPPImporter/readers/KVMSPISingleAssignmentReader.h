@@ -63,6 +63,8 @@ private:
     KVMSPISingleAssignmentReader(int32_t uid, KVMSPIMPPAssignmentReader& reader, bool withPhases);
     // Whether the saving application shows this assignment's work fields as no work.
     bool showsNoWork() const;
+    // `read`, with the work field just read in `value` as the application shows it.
+    bool shown(bool read, double& value) const;
 
     KVMSPIMPPAssignmentReader& m_assignmentReader;
     int32_t m_resourceUID = -1;
