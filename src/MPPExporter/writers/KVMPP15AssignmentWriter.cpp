@@ -322,22 +322,16 @@ void KVMPP15AssignmentWriter::writeAssignmentElements(const KVMPPAssignment& ass
 // Baselines 1 to 10, each under the properties of its number.
 void KVMPP15AssignmentWriter::writeNumberedBaselines(const KVMPPAssignment& assignment) {
     const auto id = static_cast<uint32_t>(assignment.ID);
-    const int32_t keyColumn = mppVersionTables(layoutVersion())->keyColumn;
     for (const KVMPPAssignmentBaseline& saved : assignment.baselines) {
         const int64_t n = saved.number;
         if (n < 1 || n > kMaxBaselineNumber) {
             throw TVException(kTooManyBaselinesException,
                               "It is not permitted to write more than 10 baselines");
         }
-        const auto property = [&](int32_t groupKey) {
-            const auto number = mppPropertyID(keyColumn, groupKey + static_cast<int32_t>(n));
-            tvAssert(number.has_value(), "The assignment layout has no such baseline field.");
-            return *number;
-        };
-        m_elements->addDouble(id, property(kAssignmentBaselineWorkGroupKey), work(saved.work));
-        m_elements->addDouble(id, property(kAssignmentBaselineCostGroupKey), saved.cost * 100.0);
-        m_elements->addDate(id, property(kAssignmentBaselineStartGroupKey), saved.start);
-        m_elements->addDate(id, property(kAssignmentBaselineFinishGroupKey), saved.finish);
+        m_elements->addField(id, MPPField::assignmentBaselineWork, work(saved.work), n);
+        m_elements->addField(id, MPPField::assignmentBaselineCost, saved.cost * 100.0, n);
+        m_elements->addField(id, MPPField::assignmentBaselineStart, KVMPPData::wallClock(saved.start), n);
+        m_elements->addField(id, MPPField::assignmentBaselineFinish, KVMPPData::wallClock(saved.finish), n);
     }
 }
 

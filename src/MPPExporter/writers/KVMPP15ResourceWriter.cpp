@@ -149,8 +149,7 @@ uint32_t KVMPP15ResourceWriter::calculateResourcePositionInResourceSheet(uint64_
 }
 
 uint32_t KVMPP15ResourceWriter::getTextFieldTypeForIndex(int64_t position) {
-    return textFieldPropertyNumber(mppResourceCustomFields(MPPCustomFieldType::text, kMSPDIVersion_2010),
-                                   position);
+    return textFieldPropertyNumber(kMSPDIVersion_2010, MPPField::resourceCustomText, position);
 }
 
 const MPPObjectStorageLayout& KVMPP15ResourceWriter::storageLayout() const {
@@ -226,17 +225,13 @@ void KVMPP15ResourceWriter::writeNumberedBaseline(uint32_t id, const KVMPPResour
             kUnknownBaselineWorkException,
             stringWithFormat("Baseline work type is unknown for index %d", static_cast<int>(n)));
     }
-    const int32_t keyColumn = mppVersionTables(layoutVersion())->keyColumn;
-    const auto work = mppPropertyID(keyColumn, kResourceBaselineWorkGroupKey + static_cast<int32_t>(n));
-    const auto cost = mppPropertyID(keyColumn, kResourceBaselineCostGroupKey + static_cast<int32_t>(n));
-    if (!cost) {
+    if (!findMPPFieldPropertyNumber(layoutVersion(), MPPField::resourceBaselineCost, n)) {
         throw TVException(
             kUnknownBaselineCostException,
             stringWithFormat("Baseline cost type is unknown for index %d", static_cast<int>(n)));
     }
-    tvAssert(work.has_value(), "The resource layout has no such baseline field.");
-    m_elements->addDouble(id, *work, baseline.work * 1000.0 / 60.0);
-    m_elements->addDouble(id, *cost, baseline.cost * 100.0);
+    m_elements->addField(id, MPPField::resourceBaselineWork, baseline.work * 1000.0 / 60.0, n);
+    m_elements->addField(id, MPPField::resourceBaselineCost, baseline.cost * 100.0, n);
 }
 
 // The Baseline's timephased work without stretches; its total is unset for the default resource.
@@ -274,14 +269,7 @@ void KVMPP15ResourceWriter::writeResourceElements(const KVMPPResource& resource)
     if (resource.hasGroup()) {
         text(kGroupType, *resource.group);
     }
-    if (resource.customFieldsText.isResolved()) {
-        const std::vector<std::string>& values = resource.customFieldsText.values();
-        for (size_t position = 1; position <= values.size(); ++position) {
-            if (!values[position - 1].empty()) {
-                text(getTextFieldTypeForIndex(static_cast<int64_t>(position)), values[position - 1]);
-            }
-        }
-    }
+    writeCustomTexts(id, MPPField::resourceCustomText, resource.customFieldsText, true);
     if (resource.hasNotes()) {
         m_elements->add(id, mppFieldPropertyNumber(layoutVersion(), MPPField::resourceNotes),
                         [&resource](KVMPPVar2Data& data) {

@@ -55,7 +55,6 @@ constexpr size_t kFirstBaselineBitmapOffset = 10;
 constexpr size_t kBaselineSavedOffset = 77; // also q0 of the second bitmap
 
 // Element types of the variable data that no reader reads, as the application writes them.
-constexpr uint32_t kTaskBaselineWorkType = 1;
 constexpr uint32_t kBaselineMarkType = 0xB3;
 constexpr uint32_t kZeroElementTypes[] = {0xA4, 0xA5, 0xA8, 0xA9, 0xAA};
 constexpr uint32_t kTaskBaselineTailTypes[] = {0x496, 0x497, 0x498, 0x499};
@@ -200,8 +199,7 @@ void KVMPP15TaskWriter::preprocessProject(KVMPPProject& project) {
 }
 
 uint32_t KVMPP15TaskWriter::getTextFieldTypeForIndex(int64_t position) {
-    return textFieldPropertyNumber(mppTaskCustomFields(MPPCustomFieldType::text, kMSPDIVersion_2010),
-                                   position);
+    return textFieldPropertyNumber(kMSPDIVersion_2010, MPPField::taskCustomText, position);
 }
 
 const MPPObjectStorageLayout& KVMPP15TaskWriter::storageLayout() const {
@@ -217,13 +215,6 @@ void KVMPP15TaskWriter::putField(std::span<uint8_t> record, MPPFieldBlock block,
 
 uint32_t KVMPP15TaskWriter::propertyNumber(MPPField field) const {
     return mppFieldPropertyNumber(layoutVersion(), field);
-}
-
-uint32_t KVMPP15TaskWriter::baselinePropertyNumber(int32_t groupKey, int64_t number) const {
-    const auto id =
-        mppPropertyID(mppVersionTables(layoutVersion())->keyColumn, groupKey + static_cast<int32_t>(number));
-    tvAssert(id.has_value(), "The task layout has no such baseline field.");
-    return *id;
 }
 
 // Variable data.
@@ -242,16 +233,16 @@ void KVMPP15TaskWriter::writeBaselineGroup1(uint32_t id, const KVMPPTask& task, 
         if (n < 1 || n > kMaxBaselineNumber) {
             throw TVException(kTooManyBaselinesException, "Limit for 10 baselines exceeded");
         }
-        const uint32_t start = baselinePropertyNumber(kTaskBaselineStartGroupKey, n);
-        m_elements->addDate(id, start, baseline.start);
-        m_elements->addDate(id, baselinePropertyNumber(kTaskBaselineFinishGroupKey, n), baseline.finish);
-        m_elements->addDouble(id, baselinePropertyNumber(kTaskBaselineCostGroupKey, n),
-                              baseline.cost * 100.0);
+        m_elements->addField(id, MPPField::taskBaselineStart, KVMPPData::wallClock(baseline.start), n);
+        m_elements->addField(id, MPPField::taskBaselineFinish, KVMPPData::wallClock(baseline.finish), n);
+        m_elements->addField(id, MPPField::taskBaselineCost, baseline.cost * 100.0, n);
         // The project keeps its baseline work in other units than its tasks.
         const double work = isProject ? baseline.work / 60.0 * 1000.0 : baseline.work * 100.0 / 6.0;
-        m_elements->addDouble(id, baselinePropertyNumber(kTaskBaselineWorkGroupKey, n), work);
-        m_elements->addInteger(id, baselinePropertyNumber(kTaskBaselineDurationGroupKey, n),
-                               static_cast<uint32_t>(truncatedMPPInteger<int32_t>(baseline.duration / 6.0)));
+        m_elements->addField(id, MPPField::taskBaselineWork, work, n);
+        m_elements->addField(id, MPPField::taskBaselineDuration,
+                             int64_t{truncatedMPPInteger<int32_t>(baseline.duration / 6.0)}, n);
+        // The mark and the fixed cost of a baseline follow its start.
+        const uint32_t start = mppFieldPropertyNumber(layoutVersion(), MPPField::taskBaselineStart, n);
         m_elements->addShort(id, start + kBaselineMarkAfterStart, isProject ? 0x15 : 7);
         m_elements->addDouble(id, start + kBaselineFixedCostAfterStart,
                               isProject ? 0.0 : baseline.fixedCost * 100.0);
@@ -281,7 +272,7 @@ void KVMPP15TaskWriter::doWriteTaskVar2Data(uint32_t id, const KVMPPTask& task) 
 void KVMPP15TaskWriter::doWriteVarElements(uint32_t id, const KVMPPTask& task, bool isProject) {
     const std::optional<KVMPPTaskBaseline>& baseline = task.baseline0;
     if (baseline) {
-        m_elements->addDouble(id, kTaskBaselineWorkType, baseline->work * 100.0 / 6.0);
+        m_elements->addField(id, MPPField::taskBaselineWork, baseline->work * 100.0 / 6.0);
         m_elements->addField(id, MPPField::taskBaselineCost, baseline->cost * 100.0);
     }
     // The project's name is the plan's: the application shows it as the summary task's name.
@@ -339,18 +330,7 @@ void KVMPP15TaskWriter::writeNotesAndCustomTexts(uint32_t id, const KVMPPTask& t
             data.writeRtfString(*task.notes, kMPPDataEncodingASCII);
         });
     }
-    if (!task.customFieldValues.isResolved()) {
-        return;
-    }
-    const std::vector<std::string>& values = task.customFieldValues.values();
-    for (size_t position = 1; position <= values.size(); ++position) {
-        if (!values[position - 1].empty()) {
-            m_elements->addUnfiled(id, getTextFieldTypeForIndex(static_cast<int64_t>(position)),
-                                   [&value = values[position - 1]](KVMPPVar2Data& data) {
-                                       data.writeString(value, kMPPDataEncodingUTF16LE);
-                                   });
-        }
-    }
+    writeCustomTexts(id, MPPField::taskCustomText, task.customFieldValues, false);
 }
 
 // Fixed data.

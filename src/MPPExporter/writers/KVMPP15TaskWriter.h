@@ -44,7 +44,6 @@ private:
     void writeBaselineGroup1(uint32_t id, const KVMPPTask& task, bool isProject);
     void writeBaselineGroup2(uint32_t id, const KVMPPTask& task);
     uint32_t propertyNumber(MPPField field) const;
-    uint32_t baselinePropertyNumber(int32_t groupKey, int64_t number) const;
 
     void writeFixedDataRecords() override;
     void writeTaskFixedData(const KVMPPTask& task, bool isProject);

@@ -2,6 +2,7 @@
 
 #include "MPPCommon/support/Log.h"
 #include "MPPCommon/support/TVException.h"
+#include "MPPExporter/writers/MPPFieldWrites.h"
 #include "MPPImporter/format/MPPFieldAliasLayout.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/text/UnicodeText.h"
@@ -20,11 +21,15 @@ void writeFieldAliasElement(KVMPPProps& props, const std::vector<std::string>& n
     props.closeCurrentElement();
 }
 
-uint32_t textFieldPropertyNumber(std::span<const MPPCustomFieldRecord> textFields, int64_t position) {
-    if (position < 1 || position > static_cast<int64_t>(textFields.size())) {
+void requireTextField(int32_t layoutVersion, MPPField textField, int64_t position) {
+    if (!findMPPFieldPropertyNumber(layoutVersion, textField, position)) {
         throw TVException(
             kUnknownTextFieldException,
-            stringWithFormat("Text field type is unknown for index %d", static_cast<int>(position)));
+            stringWithFormat("Text field type is unknown for index %lld", static_cast<long long>(position)));
     }
-    return static_cast<uint32_t>(textFields[static_cast<size_t>(position - 1)].propertyNumber);
+}
+
+uint32_t textFieldPropertyNumber(int32_t layoutVersion, MPPField textField, int64_t position) {
+    requireTextField(layoutVersion, textField, position);
+    return mppFieldPropertyNumber(layoutVersion, textField, position);
 }

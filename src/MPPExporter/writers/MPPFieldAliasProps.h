@@ -1,11 +1,10 @@
 #pragma once
 
 #include "MPPExporter/writers/KVMPPProps.h"
-#include "MPPImporter/format/MPPCustomFieldRecord.h"
+#include "MPPImporter/format/MPPFieldCatalog.h"
 
 #include <cstdint>
 #include <functional>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -17,6 +16,8 @@ void writeFieldAliasElement(KVMPPProps& props, const std::vector<std::string>& n
 
 inline constexpr const char* kUnknownTextFieldException = "UnknownTextFieldException";
 
-// The property number of the custom text field at a 1-based position of a kind's text fields; a
-// position outside them raises kUnknownTextFieldException.
-uint32_t textFieldPropertyNumber(std::span<const MPPCustomFieldRecord> textFields, int64_t position);
+// Raises kUnknownTextFieldException for a 1-based position of custom texts, copies of `textField`
+// (taskCustomText or resourceCustomText), that a layout keeps no text field for.
+void requireTextField(int32_t layoutVersion, MPPField textField, int64_t position);
+// The property number of the custom text field at a position, which requireTextField checks.
+uint32_t textFieldPropertyNumber(int32_t layoutVersion, MPPField textField, int64_t position);

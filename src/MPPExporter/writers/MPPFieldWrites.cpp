@@ -2,11 +2,30 @@
 
 #include "MPPCommon/support/TVException.h"
 
+#include <limits>
+
 namespace {
 
+bool inVariableData(const MPPFieldRow& row) {
+    return row.block == MPPFieldBlock::var || row.block == MPPFieldBlock::custom;
+}
+
+std::optional<MPPFieldPlace> findPlace(int32_t layoutVersion, MPPField field, int64_t number) {
+    if (number < 0 || number > std::numeric_limits<int32_t>::max()) {
+        return std::nullopt;
+    }
+    return mppFieldPlace(field, layoutVersion, layoutVersion, static_cast<int32_t>(number));
+}
+
 MPPFieldPlace placeIn(int32_t layoutVersion, MPPField field, MPPFieldBlock block) {
-    const auto place = mppFieldPlace(field, layoutVersion, layoutVersion);
+    const auto place = findPlace(layoutVersion, field, 0);
     tvAssert(place && place->row->block == block, "The layout keeps no such field in this block.");
+    return *place;
+}
+
+MPPFieldPlace varPlace(int32_t layoutVersion, MPPField field, int64_t number) {
+    const auto place = findPlace(layoutVersion, field, number);
+    tvAssert(place && inVariableData(*place->row), "The layout keeps no such field in the variable data.");
     return *place;
 }
 
@@ -20,17 +39,22 @@ void putMPPField(int32_t layoutVersion, std::span<uint8_t> record, MPPFieldBlock
     encodeMPPField(*place.row, value, record.subspan(place.position, size));
 }
 
-uint32_t mppFieldPropertyNumber(int32_t layoutVersion, MPPField field) {
-    return placeIn(layoutVersion, field, MPPFieldBlock::var).position;
+std::optional<uint32_t> findMPPFieldPropertyNumber(int32_t layoutVersion, MPPField field, int64_t number) {
+    const auto place = findPlace(layoutVersion, field, number);
+    if (!place || !inVariableData(*place->row)) {
+        return std::nullopt;
+    }
+    return place->position;
 }
 
-std::vector<uint8_t> encodeMPPFieldPayload(int32_t layoutVersion, MPPField field,
-                                           const MPPFieldValue& value) {
-    const MPPFieldPlace place = placeIn(layoutVersion, field, MPPFieldBlock::var);
-    std::vector<uint8_t> bytes(mppFieldSize(*place.row));
-    if (const auto* text = std::get_if<std::u16string>(&value)) {
-        bytes.resize(2 * (text->size() + 1));
-    }
+uint32_t mppFieldPropertyNumber(int32_t layoutVersion, MPPField field, int64_t number) {
+    return varPlace(layoutVersion, field, number).position;
+}
+
+std::vector<uint8_t> encodeMPPFieldPayload(int32_t layoutVersion, MPPField field, const MPPFieldValue& value,
+                                           int64_t number) {
+    const MPPFieldPlace place = varPlace(layoutVersion, field, number);
+    std::vector<uint8_t> bytes(mppEncodedSize(*place.row, value));
     encodeMPPField(*place.row, value, bytes);
     return bytes;
 }

@@ -2,6 +2,7 @@
 
 #include "MPPExporter/writers/MPPFieldAliasProps.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
+#include "MPPImporter/text/UnicodeText.h"
 
 namespace {
 
@@ -94,6 +95,24 @@ void MPPObjectStorageWriter::writeFixed2Meta() {
         }
         writeFixed2MetaEntries();
     });
+}
+
+void MPPObjectStorageWriter::writeCustomTexts(uint32_t id, MPPField textField, const MPPCustomFields& texts,
+                                              bool filed) {
+    const std::vector<std::string>& values = texts.values();
+    for (size_t position = 1; position <= values.size(); ++position) {
+        if (values[position - 1].empty()) {
+            continue;
+        }
+        const auto number = static_cast<int64_t>(position);
+        requireTextField(layoutVersion(), textField, number);
+        const std::u16string text = utf16FromUTF8(values[position - 1]);
+        if (filed) {
+            m_elements->addField(id, textField, text, number);
+        } else {
+            m_elements->addUnfiledField(id, textField, text, number);
+        }
+    }
 }
 
 void MPPObjectStorageWriter::writeFieldNamesProps(const std::optional<std::vector<std::string>>& names,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MPPExporter/MPPObjects/MPPCustomFields.h"
 #include "MPPExporter/writers/KVMPPFixedData.h"
 #include "MPPExporter/writers/KVMPPFixedMeta.h"
 #include "MPPExporter/writers/KVMPPProps.h"
@@ -67,6 +68,12 @@ protected:
     void writeFieldNamesProps(const std::optional<std::vector<std::string>>& names,
                               const std::function<uint32_t(int64_t)>& typeForIndex,
                               const std::function<void(KVMPPProps&)>& header = {});
+
+    // The elements of an object's custom texts that hold text, each under the copy of `textField`
+    // (taskCustomText or resourceCustomText) of its position; named by their place in the element order
+    // unless `filed`. A position that the layout keeps no text field for raises
+    // kUnknownTextFieldException.
+    void writeCustomTexts(uint32_t id, MPPField textField, const MPPCustomFields& texts, bool filed);
 
     // The elements of the variable data, from its stream on.
     std::unique_ptr<MPPVarElementList> m_elements;

@@ -36,10 +36,21 @@ void MPPVarElementList::addDate(uint32_t id, uint32_t type, std::optional<TVDate
     add(id, type, [date](KVMPPVar2Data& data) { data.writeDate(date); });
 }
 
-void MPPVarElementList::addField(uint32_t id, MPPField field, const MPPFieldValue& value) {
-    const std::vector<uint8_t> bytes = encodeMPPFieldPayload(m_layoutVersion, field, value);
-    add(id, mppFieldPropertyNumber(m_layoutVersion, field),
-        [&bytes](KVMPPVar2Data& data) { data.writeData(bytes.data(), bytes.size()); });
+void MPPVarElementList::addField(uint32_t id, MPPField field, const MPPFieldValue& value, int64_t number) {
+    addField(id, field, value, number, true);
+}
+
+void MPPVarElementList::addUnfiledField(uint32_t id, MPPField field, const MPPFieldValue& value,
+                                        int64_t number) {
+    addField(id, field, value, number, false);
+}
+
+void MPPVarElementList::addField(uint32_t id, MPPField field, const MPPFieldValue& value, int64_t number,
+                                 bool filed) {
+    const std::vector<uint8_t> bytes = encodeMPPFieldPayload(m_layoutVersion, field, value, number);
+    const Fill fill = [&bytes](KVMPPVar2Data& data) { data.writeData(bytes.data(), bytes.size()); };
+    const uint32_t type = mppFieldPropertyNumber(m_layoutVersion, field, number);
+    filed ? add(id, type, fill) : addUnfiled(id, type, fill);
 }
 
 void MPPVarElementList::writeMeta(KVMPP15VarMeta& meta) const {

@@ -30,8 +30,10 @@ public:
     void addInteger(uint32_t id, uint32_t type, uint32_t value);
     void addDouble(uint32_t id, uint32_t type, double value);
     void addDate(uint32_t id, uint32_t type, std::optional<TVDate> date);
-    // A catalogue field's element, under the field's property number.
-    void addField(uint32_t id, MPPField field, const MPPFieldValue& value);
+    // A catalogue field's element, or that of its copy `number`, under the property number of its row.
+    void addField(uint32_t id, MPPField field, const MPPFieldValue& value, int64_t number = 0);
+    // The same, named by its place in the element order.
+    void addUnfiledField(uint32_t id, MPPField field, const MPPFieldValue& value, int64_t number = 0);
     // The meta entries of the elements, in element order.
     void writeMeta(KVMPP15VarMeta& meta) const;
 
@@ -41,6 +43,8 @@ private:
         uint32_t type;
         bool filed;
     };
+
+    void addField(uint32_t id, MPPField field, const MPPFieldValue& value, int64_t number, bool filed);
 
     KVMPPVar2Data& m_data;
     int32_t m_layoutVersion;

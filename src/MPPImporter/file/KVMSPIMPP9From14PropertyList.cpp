@@ -9,12 +9,12 @@ constexpr int kApplication14Column = 2;
 // How much higher than in format 9 the task variable data is numbered.
 constexpr uint32_t kNumberShift = 15;
 // The task keys: fields, and the block of extended fields; the baseline 0 keys (cost, duration, finish,
-// start) with their numbers.
+// start, work) with their numbers.
 constexpr int32_t kFirstTaskFieldKey = 104;
 constexpr int32_t kLastTaskFieldKey = 253;
 constexpr int32_t kTaskExtendedFieldsKey = 256;
-constexpr std::array<std::pair<int32_t, uint32_t>, 4> kBaseline0Numbers = {
-    {{109, 15}, {111, 7}, {113, 10}, {115, 9}}};
+constexpr std::array<std::pair<int32_t, uint32_t>, 5> kBaseline0Numbers = {
+    {{109, 15}, {111, 7}, {113, 10}, {115, 9}, {396, 14}}};
 
 bool isTaskKey(int32_t key) {
     return (key >= kFirstTaskFieldKey && key <= kLastTaskFieldKey) || key == kTaskExtendedFieldsKey;

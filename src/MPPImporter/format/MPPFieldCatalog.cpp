@@ -4,6 +4,7 @@
 #include "MPPImporter/format/MPPAssignmentPropertyKeys.h"
 #include "MPPImporter/format/MPPCalendarPropertyKeys.h"
 #include "MPPImporter/format/MPPCustomFieldTables.h"
+#include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/format/MPPLinkPropertyKeys.h"
 #include "MPPImporter/format/MPPProjectPropertyKeys.h"
 #include "MPPImporter/format/MPPPropertyKeyTables.h"
@@ -22,9 +23,16 @@ constexpr MPPFieldTest bits(uint16_t mask) {
     return {.mask = mask};
 }
 
-// The row of a field's numbered copies.
-constexpr MPPFieldRow numbered(MPPFieldRow row) {
-    row.numbered = true;
+// The row of a field's numbered copies: baselines 1 to 10.
+constexpr MPPFieldRow baselines(MPPFieldRow row) {
+    row.copies = kMPPBaselineCount - 1;
+    return row;
+}
+
+// The row of a kind's custom fields of one type, by their numbers; the custom field tables tell how many
+// a layout has.
+constexpr MPPFieldRow customFields(MPPFieldRow row) {
+    row.copies = kCustomFieldKeysPerType - 1;
     return row;
 }
 
@@ -108,41 +116,41 @@ constexpr MPPFieldRow kRows[] = {
     {MPPField::taskBaselineStart, "taskBaselineStart", kAllLayouts, var, kTaskBaselineStartKey, timestamp},
     {MPPField::taskBaselineStart, "taskBaselineStart", kAllLayouts, fixed, kTaskBaselineStartFixedKey,
      timestamp},
-    // Baseline 0 shares its work with the plan.
-    {MPPField::taskBaselineWork, "taskBaselineWork", kAllLayouts, fixed, kTaskWorkKey, float64},
+    {MPPField::taskBaselineWork, "taskBaselineWork", kAllLayouts, var, kTaskBaselineWorkKey, float64},
+    {MPPField::taskBaselineWork, "taskBaselineWork", kAllLayouts, fixed, kTaskBaselineWorkFixedKey, float64},
     // Baselines 1 to 10: custom field values from format 12 on, entries of the block of extended fields
     // in format 9.
-    numbered({MPPField::taskBaselineCost, "taskBaselineCost", kAllLayouts, custom, kTaskBaselineCostGroupKey,
-              number}),
-    numbered(
+    baselines({MPPField::taskBaselineCost, "taskBaselineCost", kAllLayouts, custom, kTaskBaselineCostGroupKey,
+               number}),
+    baselines(
         {MPPField::taskBaselineCost, "taskBaselineCost", {9}, extended, kTaskBaselineCostGroupKey, float64}),
-    numbered({MPPField::taskBaselineDuration, "taskBaselineDuration", kAllLayouts, custom,
-              kTaskBaselineDurationGroupKey, int32}),
-    numbered({MPPField::taskBaselineDuration,
-              "taskBaselineDuration",
-              {9},
-              extended,
-              kTaskBaselineDurationGroupKey,
-              int32}),
-    numbered({MPPField::taskBaselineFinish, "taskBaselineFinish", kAllLayouts, custom,
-              kTaskBaselineFinishGroupKey, timestamp}),
-    numbered({MPPField::taskBaselineFinish,
-              "taskBaselineFinish",
-              {9},
-              extended,
-              kTaskBaselineFinishGroupKey,
-              timestamp}),
-    numbered({MPPField::taskBaselineStart, "taskBaselineStart", kAllLayouts, custom,
-              kTaskBaselineStartGroupKey, timestamp}),
-    numbered({MPPField::taskBaselineStart,
-              "taskBaselineStart",
-              {9},
-              extended,
-              kTaskBaselineStartGroupKey,
-              timestamp}),
-    numbered({MPPField::taskBaselineWork, "taskBaselineWork", kAllLayouts, custom, kTaskBaselineWorkGroupKey,
-              number}),
-    numbered(
+    baselines({MPPField::taskBaselineDuration, "taskBaselineDuration", kAllLayouts, custom,
+               kTaskBaselineDurationGroupKey, int32}),
+    baselines({MPPField::taskBaselineDuration,
+               "taskBaselineDuration",
+               {9},
+               extended,
+               kTaskBaselineDurationGroupKey,
+               int32}),
+    baselines({MPPField::taskBaselineFinish, "taskBaselineFinish", kAllLayouts, custom,
+               kTaskBaselineFinishGroupKey, timestamp}),
+    baselines({MPPField::taskBaselineFinish,
+               "taskBaselineFinish",
+               {9},
+               extended,
+               kTaskBaselineFinishGroupKey,
+               timestamp}),
+    baselines({MPPField::taskBaselineStart, "taskBaselineStart", kAllLayouts, custom,
+               kTaskBaselineStartGroupKey, timestamp}),
+    baselines({MPPField::taskBaselineStart,
+               "taskBaselineStart",
+               {9},
+               extended,
+               kTaskBaselineStartGroupKey,
+               timestamp}),
+    baselines({MPPField::taskBaselineWork, "taskBaselineWork", kAllLayouts, custom, kTaskBaselineWorkGroupKey,
+               number}),
+    baselines(
         {MPPField::taskBaselineWork, "taskBaselineWork", {9}, extended, kTaskBaselineWorkGroupKey, float64}),
     // Applications 15 and 16 use bit 4 of the byte for something else.
     {MPPField::taskEffortDriven,
@@ -234,10 +242,10 @@ constexpr MPPFieldRow kRows[] = {
      float64},
     // Baselines 1 to 10 of a resource are custom field values, cost as stored and work in thousandths
     // of a minute.
-    numbered({MPPField::resourceBaselineCost, "resourceBaselineCost", kAllLayouts, custom,
-              kResourceBaselineCostGroupKey, number}),
-    numbered({MPPField::resourceBaselineWork, "resourceBaselineWork", kAllLayouts, custom,
-              kResourceBaselineWorkGroupKey, number}),
+    baselines({MPPField::resourceBaselineCost, "resourceBaselineCost", kAllLayouts, custom,
+               kResourceBaselineCostGroupKey, number}),
+    baselines({MPPField::resourceBaselineWork, "resourceBaselineWork", kAllLayouts, custom,
+               kResourceBaselineWorkGroupKey, number}),
     // The mark that a resource, or for the default resource the plan, holds a Baseline: the Baseline's
     // timephased work, from format 12 on.
     {MPPField::resourceBaselineMark, "resourceBaselineMark", kAllLayouts, var, kResourceBaselineZeroKey,
@@ -330,45 +338,45 @@ constexpr MPPFieldRow kRows[] = {
      kAssignmentBaselineCostFixedKey,
      float64},
     // Baselines 1 to 10 are custom field values.
-    numbered({MPPField::assignmentBaselineStart, "assignmentBaselineStart", kAllLayouts, custom,
-              kAssignmentBaselineStartGroupKey, timestamp}),
-    numbered({MPPField::assignmentBaselineFinish, "assignmentBaselineFinish", kAllLayouts, custom,
-              kAssignmentBaselineFinishGroupKey, timestamp}),
-    numbered({MPPField::assignmentBaselineWork, "assignmentBaselineWork", kAllLayouts, custom,
-              kAssignmentBaselineWorkGroupKey, number}),
-    numbered({MPPField::assignmentBaselineCost, "assignmentBaselineCost", kAllLayouts, custom,
-              kAssignmentBaselineCostGroupKey, number}),
+    baselines({MPPField::assignmentBaselineStart, "assignmentBaselineStart", kAllLayouts, custom,
+               kAssignmentBaselineStartGroupKey, timestamp}),
+    baselines({MPPField::assignmentBaselineFinish, "assignmentBaselineFinish", kAllLayouts, custom,
+               kAssignmentBaselineFinishGroupKey, timestamp}),
+    baselines({MPPField::assignmentBaselineWork, "assignmentBaselineWork", kAllLayouts, custom,
+               kAssignmentBaselineWorkGroupKey, number}),
+    baselines({MPPField::assignmentBaselineCost, "assignmentBaselineCost", kAllLayouts, custom,
+               kAssignmentBaselineCostGroupKey, number}),
 
     // Custom fields of tasks and resources, numbered from 1 per type; the custom field tables give their
     // property numbers. Durations are stored in tenths of a minute.
-    numbered({MPPField::taskCustomCost, "taskCustomCost", kAllLayouts, custom,
-              taskCustom(MPPCustomFieldType::cost), number}),
-    numbered({MPPField::taskCustomDate, "taskCustomDate", kAllLayouts, custom,
-              taskCustom(MPPCustomFieldType::date), timestamp}),
-    numbered({MPPField::taskCustomDuration, "taskCustomDuration", kAllLayouts, custom,
-              taskCustom(MPPCustomFieldType::duration), duration}),
-    numbered({MPPField::taskCustomFinish, "taskCustomFinish", kAllLayouts, custom,
-              taskCustom(MPPCustomFieldType::finish), timestamp}),
-    numbered({MPPField::taskCustomNumber, "taskCustomNumber", kAllLayouts, custom,
-              taskCustom(MPPCustomFieldType::number), number}),
-    numbered({MPPField::taskCustomStart, "taskCustomStart", kAllLayouts, custom,
-              taskCustom(MPPCustomFieldType::start), timestamp}),
-    numbered({MPPField::taskCustomText, "taskCustomText", kAllLayouts, custom,
-              taskCustom(MPPCustomFieldType::text), text}),
-    numbered({MPPField::resourceCustomCost, "resourceCustomCost", kAllLayouts, custom,
-              resourceCustom(MPPCustomFieldType::cost), number}),
-    numbered({MPPField::resourceCustomDate, "resourceCustomDate", kAllLayouts, custom,
-              resourceCustom(MPPCustomFieldType::date), timestamp}),
-    numbered({MPPField::resourceCustomDuration, "resourceCustomDuration", kAllLayouts, custom,
-              resourceCustom(MPPCustomFieldType::duration), duration}),
-    numbered({MPPField::resourceCustomFinish, "resourceCustomFinish", kAllLayouts, custom,
-              resourceCustom(MPPCustomFieldType::finish), timestamp}),
-    numbered({MPPField::resourceCustomNumber, "resourceCustomNumber", kAllLayouts, custom,
-              resourceCustom(MPPCustomFieldType::number), number}),
-    numbered({MPPField::resourceCustomStart, "resourceCustomStart", kAllLayouts, custom,
-              resourceCustom(MPPCustomFieldType::start), timestamp}),
-    numbered({MPPField::resourceCustomText, "resourceCustomText", kAllLayouts, custom,
-              resourceCustom(MPPCustomFieldType::text), text}),
+    customFields({MPPField::taskCustomCost, "taskCustomCost", kAllLayouts, custom,
+                  taskCustom(MPPCustomFieldType::cost), number}),
+    customFields({MPPField::taskCustomDate, "taskCustomDate", kAllLayouts, custom,
+                  taskCustom(MPPCustomFieldType::date), timestamp}),
+    customFields({MPPField::taskCustomDuration, "taskCustomDuration", kAllLayouts, custom,
+                  taskCustom(MPPCustomFieldType::duration), duration}),
+    customFields({MPPField::taskCustomFinish, "taskCustomFinish", kAllLayouts, custom,
+                  taskCustom(MPPCustomFieldType::finish), timestamp}),
+    customFields({MPPField::taskCustomNumber, "taskCustomNumber", kAllLayouts, custom,
+                  taskCustom(MPPCustomFieldType::number), number}),
+    customFields({MPPField::taskCustomStart, "taskCustomStart", kAllLayouts, custom,
+                  taskCustom(MPPCustomFieldType::start), timestamp}),
+    customFields({MPPField::taskCustomText, "taskCustomText", kAllLayouts, custom,
+                  taskCustom(MPPCustomFieldType::text), text}),
+    customFields({MPPField::resourceCustomCost, "resourceCustomCost", kAllLayouts, custom,
+                  resourceCustom(MPPCustomFieldType::cost), number}),
+    customFields({MPPField::resourceCustomDate, "resourceCustomDate", kAllLayouts, custom,
+                  resourceCustom(MPPCustomFieldType::date), timestamp}),
+    customFields({MPPField::resourceCustomDuration, "resourceCustomDuration", kAllLayouts, custom,
+                  resourceCustom(MPPCustomFieldType::duration), duration}),
+    customFields({MPPField::resourceCustomFinish, "resourceCustomFinish", kAllLayouts, custom,
+                  resourceCustom(MPPCustomFieldType::finish), timestamp}),
+    customFields({MPPField::resourceCustomNumber, "resourceCustomNumber", kAllLayouts, custom,
+                  resourceCustom(MPPCustomFieldType::number), number}),
+    customFields({MPPField::resourceCustomStart, "resourceCustomStart", kAllLayouts, custom,
+                  resourceCustom(MPPCustomFieldType::start), timestamp}),
+    customFields({MPPField::resourceCustomText, "resourceCustomText", kAllLayouts, custom,
+                  resourceCustom(MPPCustomFieldType::text), text}),
 
     // The outline code store's value lists, by outline code UID.
     {MPPField::outlineCodeValueNumber, "outlineCodeValueNumber", kAllLayouts, var, kOutlCodeValueListValueKey,
@@ -500,7 +508,7 @@ std::optional<MPPFieldPlace> mppFieldPlace(MPPField field, int32_t version, int3
         if (row.field != field || !row.holds(version, appVersion, number)) {
             continue;
         }
-        const int32_t key = row.numbered ? row.key + number : row.key;
+        const int32_t key = row.key + number;
         if (row.block == extended) {
             if (auto place = extendedFieldPlace(row, key, keyPosition)) {
                 return place;
@@ -570,6 +578,16 @@ size_t mppFieldSize(const MPPFieldRow& row) {
         break;
     }
     return 0;
+}
+
+size_t mppEncodedSize(const MPPFieldRow& row, const MPPFieldValue& value) {
+    if (const auto* text = std::get_if<std::u16string>(&value)) {
+        return 2 * (text->size() + 1);
+    }
+    if (const auto* block = std::get_if<std::vector<uint8_t>>(&value)) {
+        return block->size();
+    }
+    return row.codec == number ? sizeof(double) : mppFieldSize(row);
 }
 
 MPPFieldValue decodeMPPField(const MPPFieldRow& row, MPPConstBytes data) {

@@ -252,13 +252,13 @@ struct MPPFieldRow {
     MPPLayoutSet savedBy = {};
     // Bytes added to the key's offset in the files the row holds for.
     int32_t shift = 0;
-    // Whether the row holds for the numbered copies of the field (1 and up, added to the key) rather
-    // than for the field itself.
-    bool numbered = false;
+    // How many numbered copies of the field the row holds for (1 and up, added to the key); 0 for a row
+    // of the field itself.
+    int32_t copies = 0;
 
     constexpr bool holds(int32_t version, int32_t appVersion, int32_t number = 0) const {
         return layouts.contains(version) && (savedBy.empty() || savedBy.contains(appVersion)) &&
-               numbered == (number > 0);
+               (number > 0 ? number <= copies : copies == 0);
     }
 };
 
@@ -297,6 +297,10 @@ size_t mppFieldSize(const MPPFieldRow& row);
 // and hundredths as double; dates as an optional TVDate (none for the null date); text as UTF-16.
 using MPPFieldValue =
     std::variant<bool, int64_t, double, std::optional<TVDate>, std::u16string, std::vector<uint8_t>>;
+
+// The bytes that `value` takes when encoded by the row: text with its NUL, a whole block as it is, a
+// number as a double.
+size_t mppEncodedSize(const MPPFieldRow& row, const MPPFieldValue& value);
 
 // Decodes the value of a row from the bytes at its place; `bytes` holds at least mppFieldSize(row).
 // A row of one bit is decoded by its place, which knows the bit.

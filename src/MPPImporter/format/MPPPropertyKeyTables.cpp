@@ -191,6 +191,8 @@ constexpr KeyRow kPropertyIDRows[] = {
     // A resource's Baseline work and cost in the variable data of applications 15 and 16.
     {394, {kAbsent, kAbsent, kAbsent, 15, 15}},
     {395, {kAbsent, kAbsent, kAbsent, 17, 17}},
+    // A task's Baseline work in the variable data of applications 14 to 16.
+    {396, {kAbsent, kAbsent, 1, 1, 1}},
 };
 
 // Byte offsets into a fixed data item, or into a Fixed2 or meta item where the reader says so.
@@ -248,7 +250,8 @@ constexpr KeyRow kPropertyOffsetRows[] = {
     {112, {74, 74, kAbsent, kAbsent, kAbsent}},
     {114, {108, 108, kAbsent, kAbsent, kAbsent}},
     {116, {104, 104, kAbsent, kAbsent, kAbsent}},
-    {117, {176, 176, 176, kAbsent, kAbsent}},
+    // A task's Baseline work; application 14 keeps it in the variable data instead.
+    {117, {176, 176, kAbsent, kAbsent, kAbsent}},
     {178, {kAbsent, kAbsent, 76, 77, 77}},
     {179, {kAbsent, kAbsent, 77, 78, 78}},
     {180, {kAbsent, kAbsent, 78, 79, 79}},

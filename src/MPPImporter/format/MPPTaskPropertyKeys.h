@@ -19,6 +19,8 @@ enum MPPTaskPropertyKey : int32_t {
     kTaskBaselineFinishFixedKey = 114,
     kTaskBaselineStartKey = 115,
     kTaskBaselineStartFixedKey = 116,
+    kTaskBaselineWorkFixedKey = 117,
+    kTaskBaselineWorkKey = 396,
     // Baselines 1 to 10: the baseline number is added to these group keys.
     kTaskBaselineCostGroupKey = 118,
     kTaskBaselineDurationGroupKey = 130,
@@ -64,7 +66,6 @@ enum MPPTaskPropertyKey : int32_t {
     kTaskPriorityKey = 249,
     kTaskPinnedStartKey = 250,
     kTaskTypeKey = 251,
-    // Work of the actual plan, and of baseline 0.
     kTaskWorkKey = 253,
     // The block of extended fields in which format 9 keeps baselines 1 to 10.
     kTaskExtendedFieldsKey = 256,

@@ -3,8 +3,11 @@
 #include "MPPImporter/format/MPPFormatConstants.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsConstraintReader.h"
 #include "MPPImporter/readers/KVMSPIMPPAbsTaskReader.h"
+#include "MPPImporter/readers/KVMSPIMPPTaskReader.h"
 #include "MPPImporter/readers/KVMSPISinglePredecessorLinkReader.h"
+#include "MPPImporter/readers/KVMSPISingleTaskBaselineReader.h"
 #include "tool/inspect/CustomFieldDump.h"
+#include "tool/inspect/DumpValue.h"
 #include "tool/inspect/ReaderFieldDump.h"
 
 #include <string>
@@ -88,10 +91,43 @@ nlohmann::ordered_json predecessors(const KVMSPIMPPAbsConstraintReader* constrai
     return links;
 }
 
+// The task's values in each baseline that holds it, in the file's units: duration in tenths and work
+// in thousandths of a minute as time spans, cost in hundredths.
+nlohmann::ordered_json taskBaselines(const KVMSPIMPPTaskReader* reader, int32_t uid) {
+    nlohmann::ordered_json list = nlohmann::ordered_json::object();
+    for (int32_t number = 0; reader != nullptr && number < kMPPBaselineCount; ++number) {
+        const auto& readers = reader->readersForBaseline(number);
+        const auto found = readers.find(uid);
+        if (found == readers.end()) {
+            continue;
+        }
+        const KVMSPISingleTaskBaselineReader& baseline = *found->second;
+        nlohmann::ordered_json values = nlohmann::ordered_json::object();
+        if (baseline.hasStart()) {
+            values["start"] = DumpValue::of(baseline.taskStart());
+        }
+        if (baseline.hasFinish()) {
+            values["finish"] = DumpValue::of(baseline.taskFinish());
+        }
+        if (baseline.hasDuration()) {
+            values["duration"] = DumpValue::ofSeconds(baseline.taskDuration() * 6.0);
+        }
+        if (baseline.hasWork()) {
+            values["work"] = DumpValue::ofSeconds(baseline.taskWork() * 0.06);
+        }
+        if (baseline.hasCost()) {
+            values["cost"] = baseline.taskCost();
+        }
+        list[std::to_string(number)] = values;
+    }
+    return list;
+}
+
 } // namespace
 
 nlohmann::ordered_json TaskDump::of(TaskReader& reader, const KVMSPIMPPAbsConstraintReader* constraints) {
     nlohmann::ordered_json tasks = nlohmann::ordered_json::array();
+    const auto* baselines = dynamic_cast<const KVMSPIMPPTaskReader*>(&reader);
     for (int32_t uid : reader.uniqueIDs()) {
         tasks.push_back(dumpObject(uid, [&](nlohmann::ordered_json& task) {
             addTaskFields(reader, uid, task);
@@ -101,6 +137,7 @@ nlohmann::ordered_json TaskDump::of(TaskReader& reader, const KVMSPIMPPAbsConstr
             task["hasBaseline"] = numberedFlags(0, kMPPBaselineCount - 1, [&](int32_t index, bool& value) {
                 return reader.hasBaseline(uid, index, value, nullptr);
             });
+            task["taskBaselines"] = taskBaselines(baselines, uid);
             task["taskCustomFields"] = CustomFieldDump::of(
                 [&](auto& fields) { return reader.taskCustomFields(uid, fields, nullptr); });
             task["predecessors"] = predecessors(constraints, uid);

@@ -6,7 +6,7 @@ class KVMSPIMPPAbsConstraintReader;
 class KVMSPIMPPAbsTaskReader;
 
 // The "tasks" list of the dump: one object per task UID in ID order, with its fields, flags, marked
-// baselines, custom fields and the links to its predecessors.
+// baselines, the values of the baselines that hold it, custom fields and the links to its predecessors.
 class TaskDump {
 public:
     // `constraints` may be absent: the tasks then have no predecessors.

@@ -193,6 +193,8 @@ TEST(KVMPP15TaskWriter, TheReaderReadsBackTheOutlineFieldsAndLinksOfEveryTask) {
         EXPECT_EQ(baseline0.at(3)->taskStart(), KVMPPData::wallClock(*baseline(0, 2).start));
         EXPECT_EQ(baseline0.at(3)->taskCost(), 1250.0);
         EXPECT_EQ(baseline0.at(3)->taskDuration(), 4800);
+        // Its own work, in thousandths of a minute; "Build" itself holds none.
+        EXPECT_EQ(baseline0.at(3)->taskWork(), 480000.0);
         const auto& baseline3 = reader.readersForBaseline(3);
         ASSERT_EQ(baseline3.count(3), 1u);
         EXPECT_EQ(baseline3.at(3)->taskFinish(), KVMPPData::wallClock(*baseline(3, 1).finish));
@@ -203,6 +205,7 @@ TEST(KVMPP15TaskWriter, TheReaderReadsBackTheOutlineFieldsAndLinksOfEveryTask) {
         EXPECT_EQ(baseline7.at(3)->taskStart(), KVMPPData::wallClock(*baseline(7, 3).start));
         EXPECT_EQ(baseline7.at(3)->taskFinish(), KVMPPData::wallClock(*baseline(7, 3).finish));
         EXPECT_EQ(baseline7.at(3)->taskCost(), 1250.0);
+        EXPECT_EQ(baseline7.at(3)->taskWork(), 480000.0);
         EXPECT_TRUE(reader.readersForBaseline(1).empty());
 
         // Links by the tasks' new IDs: "Build" after "Design", "Review" after "Build".

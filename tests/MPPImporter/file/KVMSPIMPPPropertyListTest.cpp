@@ -49,9 +49,9 @@ TEST(KVMSPIMPPPropertyListTest, TaskLayoutOfApplication14InOlderFormats) {
     EXPECT_EQ(layout(14, 14, 206), &listOfVersion(14));
     EXPECT_EQ(layout(9, 14, 16), &listOfVersion(9)) << "too short for any task";
 
-    // Name, notes, baseline 0 start and duration, and the extended fields of baselines 1 to 10.
-    for (const auto& [key, number] :
-         std::vector<std::pair<int32_t, uint32_t>>{{239, 26}, {240, 159}, {115, 9}, {111, 7}, {256, 178}}) {
+    // Name, notes, baseline 0 start, duration and work, and the extended fields of baselines 1 to 10.
+    for (const auto& [key, number] : std::vector<std::pair<int32_t, uint32_t>>{
+             {239, 26}, {240, 159}, {115, 9}, {111, 7}, {396, 14}, {256, 178}}) {
         EXPECT_EQ(from14.propertyID(key), number) << "key " << key;
     }
     EXPECT_EQ(from14.propertyOffset(196), 106u) << "the start at application 14's offset";

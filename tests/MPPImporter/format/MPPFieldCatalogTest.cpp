@@ -72,6 +72,13 @@ TEST(MPPFieldCatalog, RowsHoldForTheirLayoutsAndApplicationsOnly) {
     EXPECT_EQ(extended->container, 0xA3u);
     EXPECT_EQ(mppFieldPlace(MPPField::taskBaselineCost, 12, 12)->row->block, MPPFieldBlock::fixed);
     EXPECT_FALSE(mppFieldPlace(MPPField::taskName, 14, 14, 1));
+
+    // A copy beyond a field's copies lies nowhere, even where its key is another field's: text 41's key
+    // is that of the next type's first field.
+    EXPECT_FALSE(mppFieldPlace(MPPField::taskBaselineCost, 14, 14, 11));
+    EXPECT_FALSE(mppFieldPlace(MPPField::taskCustomText, 14, 14, 31));
+    EXPECT_FALSE(mppFieldPlace(MPPField::taskCustomText, 14, 14, 41));
+    EXPECT_TRUE(mppFieldPlace(MPPField::taskCustomText, 14, 14, 30));
 }
 
 // A number takes the width of its block.

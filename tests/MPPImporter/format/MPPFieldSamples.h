@@ -36,14 +36,3 @@ inline std::vector<MPPFieldValue> mppFieldSamples(const MPPFieldRow& row, int32_
     }
     return {};
 }
-
-// The bytes that a value of the row takes when encoded.
-inline size_t mppEncodedSize(const MPPFieldRow& row, const MPPFieldValue& value) {
-    if (const auto* text = std::get_if<std::u16string>(&value)) {
-        return 2 * (text->size() + 1);
-    }
-    if (const auto* block = std::get_if<std::vector<uint8_t>>(&value)) {
-        return block->size();
-    }
-    return row.codec == MPPFieldCodec::number ? sizeof(double) : mppFieldSize(row);
-}

@@ -83,7 +83,7 @@ TEST(FieldCatalogRoundTrip, EveryTaskRowReadsBackWhatItsEncoderWrote) {
         std::vector<Case> cases;
         std::vector<FixtureTask> tasks;
         for (const MPPFieldRow& row : mppFieldCatalog()) {
-            const int32_t number = row.numbered ? 1 : 0;
+            const int32_t number = row.copies > 0 ? 1 : 0;
             const auto place = mppFieldPlace(row.field, list->mppVersion(), list->mppVersion(), number);
             if (!std::string_view(row.name).starts_with("task") || !place || place->row != &row) {
                 continue;

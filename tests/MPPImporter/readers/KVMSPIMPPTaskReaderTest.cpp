@@ -27,6 +27,7 @@ constexpr int32_t kNameProperty = 14;
 constexpr int32_t kBaseline0CostProperty = 6;
 constexpr int32_t kBaseline0DurationProperty = 27;
 constexpr int32_t kBaseline0StartProperty = 43;
+constexpr int32_t kBaseline0WorkProperty = 1;
 constexpr int32_t kBaseline1CostProperty = 484;
 constexpr int32_t kBaseline2StartProperty = 493;
 
@@ -66,6 +67,7 @@ std::vector<FixtureTask> plan() {
                  {kBaseline0CostProperty, leDouble(1250)},
                  {kBaseline0DurationProperty, le32(2400)},
                  {kBaseline0StartProperty, mppTimestamp(10990, 4800)},
+                 {kBaseline0WorkProperty, leDouble(720000)},
                  {kBaseline1CostProperty, leDouble(700)},
                  {kBaseline2StartProperty, mppTimestamp(10980, 4800)},
                  {firstProperty(list.taskDurationCustomFields()), le32(4800)},
@@ -178,9 +180,9 @@ TEST_F(KVMSPIMPPTaskReaderTest, BaselineFieldsFollowTheSelectedBaseline) {
     double cost = 0;
     ASSERT_TRUE(tasks().taskCost(7, cost));
     EXPECT_DOUBLE_EQ(cost, 12.5);
-    // Baseline 0 shares its work with the plan.
+    // Baseline 0 keeps its own work, apart from the plan's 16 hours.
     ASSERT_TRUE(tasks().taskWork(7, span));
-    EXPECT_EQ(span, 16 * kHour);
+    EXPECT_EQ(span, 12 * kHour);
     EXPECT_FALSE(tasks().taskFinish(7, date));
     EXPECT_FALSE(tasks().taskStart(3, date));
 

@@ -280,7 +280,30 @@ private:
                 compare("task.notes", object, plainNotes(get(task, "taskNotes")),
                         plainNotes(get(ref, "notes")));
                 compareLinks(object, task.value("predecessors", json::array()), get(ref, "predecessors"));
+                compareTaskBaselines(object, task, ref);
             });
+    }
+
+    // Each baseline that holds the task, against the reference's values of the same number: dates,
+    // duration and work in minutes, cost. A work or cost that the file leaves out (application 12 leaves
+    // out those of baselines 1 to 10 that were never set) is 0 on both sides, which give it as 0 or none.
+    void compareTaskBaselines(const std::string& object, const json& task, const json& ref) {
+        const json baselines = task.value("taskBaselines", json::object());
+        const json refBaselines = ref.value("baselines", json::object());
+        const auto orZero = [](const json& value) { return value.is_null() ? json(0) : value; };
+        for (const auto& [saved, values] : baselines.items()) {
+            const json cost = orZero(get(values, "cost"));
+            const std::string ours = text(get(values, "start")) + " " + text(get(values, "finish")) + " " +
+                                     ourMinutes(get(values, "duration")) + " " +
+                                     ourMinutes(orZero(get(values, "work"))) + " " +
+                                     number(cost.is_number() ? json(cost.get<double>() / 100.0) : cost);
+            const json theirs = refBaselines.value(saved, json::object());
+            compare("task.baseline", object + " baseline " + saved, ours,
+                    text(get(theirs, "start")) + " " + text(get(theirs, "finish")) + " " +
+                        refMinutes(get(theirs, "duration_min")) + " " +
+                        refMinutes(orZero(get(theirs, "work_min"))) + " " +
+                        number(orZero(get(theirs, "cost"))));
+        }
     }
 
     // Links by predecessor and type; their lags (stored in tenths of a minute) apart.
