@@ -4,30 +4,18 @@
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
 #include "MPPExporter/writers/KVMPP15SequentialPropsReader.h"
 #include "MPPExporter/writers/KVMPPProps.h"
+#include "MPPExporter/writers/MPPFieldWrites.h"
+#include "MPPImporter/text/UnicodeText.h"
 
 namespace {
 
-// Property types of the project's settings.
-constexpr uint32_t kStartDate = 0x2400002;
-constexpr uint32_t kFinishDate = 0x2400003;
-constexpr uint32_t kScheduleFromStart = 0x2400004;
+// Property types of the project's settings that the catalogue does not name.
 constexpr uint32_t kProjectTitle = 0x2400008;
 constexpr uint32_t kProjectAuthor = 0x240000C;
-constexpr uint32_t kCalendarName = 0x240000E;
-constexpr uint32_t kCurrencySymbol = 0x2400010;
-constexpr uint32_t kCurrencySymbolPosition = 0x2400011;
-constexpr uint32_t kCurrencyDigits = 0x2400012;
-constexpr uint32_t kDurationFormat = 0x2400015;
-constexpr uint32_t kWorkFormat = 0x2400016;
-constexpr uint32_t kProjectMinutesPerDay = 0x240001D;
-constexpr uint32_t kProjectMinutesPerWeek = 0x240001E;
-constexpr uint32_t kWeekStartDay = 0x2400025;
 constexpr uint32_t kHonorConstraints = 0x240003A;
-constexpr uint32_t kDaysPerMonth = 0x240138F;
 constexpr uint32_t kBaseline0SaveDate = 0x2401395;
 constexpr uint32_t kFirstBaselineSaveDate = 0x2401396;
 constexpr uint32_t kLastBaselineSaveDate = 0x240139F;
-constexpr uint32_t kCurrencyCode = 0x24013BB;
 constexpr uint32_t kCalendarGuid = 0x24013C2;
 constexpr uint32_t kProjectTitleAgain = 0x35400008;
 // A block of the application's settings that is kept but for one 2-byte value.
@@ -38,6 +26,30 @@ constexpr uint16_t kSettingsBlockMark = 49;
 uint32_t wordAt(const std::array<uint8_t, 12>& header, size_t offset) {
     return static_cast<uint32_t>(header[offset]) | static_cast<uint32_t>(header[offset + 1]) << 8 |
            static_cast<uint32_t>(header[offset + 2]) << 16 | static_cast<uint32_t>(header[offset + 3]) << 24;
+}
+
+// The project's settings that the catalogue places in the Props, with their values; the name of the
+// standard calendar only where the plan has one, else the template's stays.
+std::vector<std::pair<MPPField, MPPFieldValue>> cataloguedSettings(const KVMPPProject& project) {
+    std::vector<std::pair<MPPField, MPPFieldValue>> settings = {
+        {MPPField::projectStartDate, KVMPPData::wallClock(project.startDate)},
+        {MPPField::projectFinishDate, KVMPPData::wallClock(project.endDate)},
+        {MPPField::projectScheduleFromStart, project.scheduleFromStart},
+        {MPPField::projectCurrencySymbol, utf16FromUTF8(project.currencySymbol)},
+        {MPPField::projectCurrencySymbolPosition, int64_t{project.currencySymbolPosition}},
+        {MPPField::projectCurrencyDigits, static_cast<int64_t>(project.currencyDigits)},
+        {MPPField::projectDurationUnits, int64_t{project.durationFormat}},
+        {MPPField::projectWorkUnits, int64_t{project.workFormat}},
+        {MPPField::projectMinutesPerDay, static_cast<int64_t>(project.minutesPerDay)},
+        {MPPField::projectMinutesPerWeek, static_cast<int64_t>(project.minutesPerWeek)},
+        {MPPField::projectWeekStartDay, int64_t{project.weekStartDay}},
+        {MPPField::projectDaysPerMonth, static_cast<int64_t>(project.daysPerMonth)},
+        {MPPField::projectCurrencyCode, utf16FromUTF8(project.currencyCode)}};
+    if (project.standardCalendar && project.standardCalendar->name) {
+        settings.emplace_back(MPPField::projectDefaultCalendarName,
+                              utf16FromUTF8(*project.standardCalendar->name));
+    }
+    return settings;
 }
 
 } // namespace
@@ -76,7 +88,12 @@ void KVMPP15ProjectPropsWriter::writeValueForCurrentlySelectedProperty(
 
 std::optional<std::vector<uint8_t>>
 KVMPP15ProjectPropsWriter::constructValueForPropertyType(const KVMPPProject& project, uint32_t type,
-                                                         const std::vector<uint8_t>& original) {
+                                                         const std::vector<uint8_t>& original) const {
+    for (const auto& [field, setting] : cataloguedSettings(project)) {
+        if (mppFieldPropertyNumber(layoutVersion(), field) == type) {
+            return encodeMPPFieldPayload(layoutVersion(), field, setting);
+        }
+    }
     KVMPPData value;
     const auto text = [&value](const std::string& string) {
         value.writeString(string, kMPPDataEncodingUTF16LE);
@@ -85,15 +102,6 @@ KVMPP15ProjectPropsWriter::constructValueForPropertyType(const KVMPPProject& pro
         value.write2ByteInteger(static_cast<uint16_t>(number));
     };
     switch (type) {
-    case kStartDate:
-        value.writeDate(project.startDate);
-        break;
-    case kFinishDate:
-        value.writeDate(project.endDate);
-        break;
-    case kScheduleFromStart:
-        shortValue(project.scheduleFromStart ? 1 : 0);
-        break;
     case kProjectTitle:
     case kProjectTitleAgain:
         text(project.title.value_or(""));
@@ -101,47 +109,11 @@ KVMPP15ProjectPropsWriter::constructValueForPropertyType(const KVMPPProject& pro
     case kProjectAuthor:
         text(project.summaryInfo.author.value_or(" "));
         break;
-    case kCalendarName:
-        if (!project.standardCalendar || !project.standardCalendar->name) {
-            return std::nullopt;
-        }
-        text(*project.standardCalendar->name);
-        break;
-    case kCurrencySymbol:
-        text(project.currencySymbol);
-        break;
-    case kCurrencySymbolPosition:
-        shortValue(static_cast<uint64_t>(project.currencySymbolPosition));
-        break;
-    case kCurrencyDigits:
-        shortValue(project.currencyDigits);
-        break;
-    case kDurationFormat:
-        shortValue(static_cast<uint64_t>(project.durationFormat));
-        break;
-    case kWorkFormat:
-        shortValue(static_cast<uint64_t>(project.workFormat));
-        break;
-    case kProjectMinutesPerDay:
-        value.writeInteger(static_cast<uint32_t>(project.minutesPerDay));
-        break;
-    case kProjectMinutesPerWeek:
-        value.writeInteger(static_cast<uint32_t>(project.minutesPerWeek));
-        break;
-    case kWeekStartDay:
-        shortValue(static_cast<uint64_t>(project.weekStartDay));
-        break;
     case kHonorConstraints:
         shortValue(project.honorConstraints ? 0 : 1);
         break;
-    case kDaysPerMonth:
-        shortValue(project.daysPerMonth);
-        break;
     case kBaseline0SaveDate:
         value.writeDate(project.baseline0SaveDate);
-        break;
-    case kCurrencyCode:
-        text(project.currencyCode);
         break;
     case kCalendarGuid:
         if (!project.standardCalendar) {

@@ -18,10 +18,11 @@ public:
 
     bool writeDataForProject(const KVMPPProject* project) override;
 
-    // The project's value of a property type, or none where the template's value stays.
-    static std::optional<std::vector<uint8_t>>
+    // The project's value of a property type, or none where the template's value stays: the settings
+    // that the catalogue names by their rows, the others by their types here.
+    std::optional<std::vector<uint8_t>>
     constructValueForPropertyType(const KVMPPProject& project, uint32_t type,
-                                  const std::vector<uint8_t>& original);
+                                  const std::vector<uint8_t>& original) const;
 
 private:
     void writeValueForCurrentlySelectedProperty(const KVMPP15SequentialPropsReader& propsReader,

@@ -6,8 +6,10 @@
 
 namespace {
 
-bool inVariableData(const MPPFieldRow& row) {
-    return row.block == MPPFieldBlock::var || row.block == MPPFieldBlock::custom;
+// Whether a row's field lies under a property number: in the variable data or the project's Props.
+bool underPropertyNumber(const MPPFieldRow& row) {
+    return row.block == MPPFieldBlock::var || row.block == MPPFieldBlock::custom ||
+           row.block == MPPFieldBlock::props;
 }
 
 std::optional<MPPFieldPlace> findPlace(int32_t layoutVersion, MPPField field, int64_t number) {
@@ -23,9 +25,9 @@ MPPFieldPlace placeIn(int32_t layoutVersion, MPPField field, MPPFieldBlock block
     return *place;
 }
 
-MPPFieldPlace varPlace(int32_t layoutVersion, MPPField field, int64_t number) {
+MPPFieldPlace numberedPlace(int32_t layoutVersion, MPPField field, int64_t number) {
     const auto place = findPlace(layoutVersion, field, number);
-    tvAssert(place && inVariableData(*place->row), "The layout keeps no such field in the variable data.");
+    tvAssert(place && underPropertyNumber(*place->row), "The layout keeps no such field under a property.");
     return *place;
 }
 
@@ -41,19 +43,19 @@ void putMPPField(int32_t layoutVersion, std::span<uint8_t> record, MPPFieldBlock
 
 std::optional<uint32_t> findMPPFieldPropertyNumber(int32_t layoutVersion, MPPField field, int64_t number) {
     const auto place = findPlace(layoutVersion, field, number);
-    if (!place || !inVariableData(*place->row)) {
+    if (!place || !underPropertyNumber(*place->row)) {
         return std::nullopt;
     }
     return place->position;
 }
 
 uint32_t mppFieldPropertyNumber(int32_t layoutVersion, MPPField field, int64_t number) {
-    return varPlace(layoutVersion, field, number).position;
+    return numberedPlace(layoutVersion, field, number).position;
 }
 
 std::vector<uint8_t> encodeMPPFieldPayload(int32_t layoutVersion, MPPField field, const MPPFieldValue& value,
                                            int64_t number) {
-    const MPPFieldPlace place = varPlace(layoutVersion, field, number);
+    const MPPFieldPlace place = numberedPlace(layoutVersion, field, number);
     std::vector<uint8_t> bytes(mppEncodedSize(*place.row, value));
     encodeMPPField(*place.row, value, bytes);
     return bytes;

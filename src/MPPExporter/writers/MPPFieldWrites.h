@@ -15,10 +15,11 @@
 void putMPPField(int32_t layoutVersion, std::span<uint8_t> record, MPPFieldBlock block, MPPField field,
                  const MPPFieldValue& value);
 // The property number under which the layout keeps a field, or its copy `number`, in the variable
-// data; none where it keeps no such copy.
+// data or the project's Props; none where it keeps no such copy.
 std::optional<uint32_t> findMPPFieldPropertyNumber(int32_t layoutVersion, MPPField field, int64_t number = 0);
 // The same for a field that the layout is known to keep.
 uint32_t mppFieldPropertyNumber(int32_t layoutVersion, MPPField field, int64_t number = 0);
-// The payload of a field's variable data element: its encoded value, text with its NUL.
+// The payload of a field's element in the variable data or the Props: its encoded value, text with its
+// NUL.
 std::vector<uint8_t> encodeMPPFieldPayload(int32_t layoutVersion, MPPField field, const MPPFieldValue& value,
                                            int64_t number = 0);

@@ -389,8 +389,8 @@ constexpr MPPFieldRow kRows[] = {
      text},
     {MPPField::outlineCodeData, "outlineCodeData", kAllLayouts, var, kOutlCodeDataKey, text},
 
-    // The project's properties, in its Props stream; the schedule direction is a word that is not 0
-    // for scheduling from the start.
+    // The project's properties, in its Props stream; the schedule direction is a word, 1 for scheduling
+    // from the start and 0 from the finish.
     {MPPField::projectCurrencyCode, "projectCurrencyCode", kAllLayouts, props, kProjectCurrencyCodeKey, text},
     {MPPField::projectCurrencyDigits, "projectCurrencyDigits", kAllLayouts, props, kProjectCurrencyDigitsKey,
      int16},
@@ -416,7 +416,7 @@ constexpr MPPFieldRow kRows[] = {
      props,
      kProjectScheduleFromStartKey,
      flag,
-     {.mask = 0xFFFF, .wide = true}},
+     {.mask = 1, .wide = true}},
     {MPPField::projectWeekStartDay, "projectWeekStartDay", kAllLayouts, props, kProjectWeekStartDayKey,
      int16},
     {MPPField::projectWorkUnits, "projectWorkUnits", kAllLayouts, props, kProjectWorkUnitsKey, int16},
