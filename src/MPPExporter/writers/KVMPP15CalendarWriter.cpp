@@ -2,6 +2,7 @@
 
 #include "MPPCommon/support/TVException.h"
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
+#include "MPPExporter/writers/MPPFieldWrites.h"
 #include "MPPImporter/format/MPPCalendarPropertyKeys.h"
 #include "MPPImporter/format/MPPFieldCatalog.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
@@ -178,10 +179,6 @@ uint32_t KVMPP15CalendarWriter::varElementsCount(const Element& element) const {
 }
 
 void KVMPP15CalendarWriter::writeVar2DataElements() {
-    const MPPVersionTables& tables = *mppVersionTables(layoutVersion());
-    const auto namePlace = mppFieldPlace(MPPField::calendarName, layoutVersion(), layoutVersion());
-    const auto dataType = mppPropertyID(tables.keyColumn, kCalendarDataKey);
-    tvAssert(namePlace && dataType, "The calendar layout has no name or data property.");
     for (const Element& element : elements()) {
         if (element.kind == Kind::defaultResource) {
             continue;
@@ -189,14 +186,10 @@ void KVMPP15CalendarWriter::writeVar2DataElements() {
         const KVMPPCalendar& calendar = *element.calendar;
         const auto id = static_cast<uint32_t>(calendar.ID);
         if (calendar.name && !calendar.name->empty()) {
-            m_elements->add(id, namePlace->position, [&calendar](KVMPPVar2Data& data) {
-                data.writeString(*calendar.name, kMPPDataEncodingUTF16LE);
-            });
+            m_elements->addField(id, MPPField::calendarName, utf16FromUTF8(*calendar.name));
         }
         if (calendarDataShouldBeWritten(calendar)) {
-            const std::vector<uint8_t> bytes = calendarData(calendar);
-            m_elements->add(id, *dataType,
-                            [&bytes](KVMPPVar2Data& data) { data.writeData(bytes.data(), bytes.size()); });
+            m_elements->addField(id, MPPField::calendarData, calendarData(calendar));
         }
     }
 }
@@ -241,9 +234,7 @@ std::vector<uint8_t> KVMPP15CalendarWriter::calendarData(const KVMPPCalendar& ca
 void KVMPP15CalendarWriter::writeFixedDataRecords() {
     const int32_t column = mppVersionTables(layoutVersion())->keyColumn;
     const auto uidOffset = mppPropertyOffset(column, kCalendarUIDKey);
-    const auto basePlace = mppFieldPlace(MPPField::calendarBaseUID, layoutVersion(), layoutVersion());
-    const auto resourcePlace = mppFieldPlace(MPPField::calendarResourceUID, layoutVersion(), layoutVersion());
-    tvAssert(uidOffset && basePlace && resourcePlace, "The calendar layout has no fixed record.");
+    tvAssert(uidOffset.has_value(), "The calendar layout has no fixed record.");
     for (const Element& element : elements()) {
         const KVMPPCalendar* base = element.calendar->baseCalendar.object();
         const int64_t resource = element.resource != nullptr ? static_cast<int64_t>(element.resource->ID)
@@ -251,9 +242,9 @@ void KVMPP15CalendarWriter::writeFixedDataRecords() {
         std::array<uint8_t, kFixedRecordSize> record{};
         encodeMPPNumber(static_cast<uint32_t>(element.calendar->ID),
                         std::span(record).subspan(*uidOffset, 4));
-        encodeMPPField(*basePlace->row, base != nullptr ? static_cast<int64_t>(base->ID) : int64_t{0},
-                       std::span(record).subspan(basePlace->position, 4));
-        encodeMPPField(*resourcePlace->row, resource, std::span(record).subspan(resourcePlace->position, 4));
+        putMPPField(layoutVersion(), record, MPPFieldBlock::fixed, MPPField::calendarBaseUID,
+                    base != nullptr ? static_cast<int64_t>(base->ID) : int64_t{0});
+        putMPPField(layoutVersion(), record, MPPFieldBlock::fixed, MPPField::calendarResourceUID, resource);
         m_fixedData->writeRecord(record);
     }
 }

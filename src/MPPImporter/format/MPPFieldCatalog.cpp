@@ -255,6 +255,7 @@ constexpr MPPFieldRow kRows[] = {
     {MPPField::calendarResourceUID, "calendarResourceUID", kAllLayouts, fixed, kCalendarResourceUIDKey,
      int32},
     {MPPField::calendarName, "calendarName", kAllLayouts, var, kCalendarNameKey, text},
+    {MPPField::calendarData, "calendarData", kAllLayouts, var, kCalendarDataKey, bytes},
 
     // Links, in the fixed items of the constraint store.
     {MPPField::linkTaskUID, "linkTaskUID", kAllLayouts, fixed, kLinkTaskUIDKey, int32},

@@ -147,6 +147,8 @@ enum class MPPField : uint16_t {
     calendarBaseUID,
     calendarResourceUID,
     calendarName,
+    // The block of a calendar's week days and exceptions.
+    calendarData,
     linkTaskUID,
     linkPredecessorUID,
     linkType,

@@ -28,8 +28,8 @@ KVMSPIMPPCalendarReader::KVMSPIMPPCalendarReader(std::unique_ptr<SSLStorage> dir
     : KVMSPIMPPDataDirectoryReader(std::move(directory), std::move(name), parentReader),
       _layout(MPPCalendarDataBlock::Layout::forVersion(*mppVersionTables(MPPPropertyList().mppVersion()))),
       _defaultWeek(readDefaultWeek(parentReader)) {
-    const auto calendarData = MPPPropertyList().propertyID(kCalendarDataKey);
-    _propCalendarData = calendarData ? static_cast<int32_t>(*calendarData) : kNone;
+    const auto calendarData = MPPObjectFieldReads(*this).place(MPPField::calendarData);
+    _propCalendarData = calendarData ? static_cast<int32_t>(calendarData->position) : kNone;
     if (_propCalendarData >= 0) {
         readCalendarBlocks();
     }
