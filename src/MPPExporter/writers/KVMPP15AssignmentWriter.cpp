@@ -6,10 +6,7 @@
 #include "MPPExporter/MPPObjects/KVMPPProject.h"
 #include "MPPExporter/writers/KVMPP15TaskWriter.h"
 #include "MPPExporter/writers/MPPFieldWrites.h"
-#include "MPPImporter/format/MPPAssignmentPropertyKeys.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
-#include "MPPImporter/format/MPPPropertyKeyTables.h"
-#include "MPPImporter/format/MPPVersionTables.h"
 
 #include <algorithm>
 #include <chrono>

@@ -7,6 +7,8 @@
 #include "MPPExporter/writers/MPPFieldWrites.h"
 #include "MPPImporter/text/UnicodeText.h"
 
+#include <map>
+
 namespace {
 
 // Property types of the project's settings that the catalogue does not name.
@@ -54,13 +56,24 @@ std::vector<std::pair<MPPField, MPPFieldValue>> cataloguedSettings(const KVMPPPr
 
 } // namespace
 
+std::map<uint32_t, std::vector<uint8_t>>
+KVMPP15ProjectPropsWriter::cataloguedValues(const KVMPPProject& project) const {
+    std::map<uint32_t, std::vector<uint8_t>> values;
+    for (const auto& [field, setting] : cataloguedSettings(project)) {
+        values.emplace(mppFieldPropertyNumber(layoutVersion(), field),
+                       encodeMPPFieldPayload(layoutVersion(), field, setting));
+    }
+    return values;
+}
+
 bool KVMPP15ProjectPropsWriter::writeDataForProject(const KVMPPProject* project) {
     return regenerate(project, [this] {
         KVMPP15SequentialPropsReader propsReader(templateEntry());
         KVMPPProps data(propsReader.magicHeaderInt());
         data.open();
+        const std::map<uint32_t, std::vector<uint8_t>> catalogued = cataloguedValues(this->project());
         while (propsReader.readNextProperty()) {
-            writeValueForCurrentlySelectedProperty(propsReader, data);
+            writeValueForCurrentlySelectedProperty(propsReader, catalogued, data);
         }
         data.close();
         if (!flushData(data, outputEntry())) {
@@ -70,11 +83,15 @@ bool KVMPP15ProjectPropsWriter::writeDataForProject(const KVMPPProject* project)
 }
 
 void KVMPP15ProjectPropsWriter::writeValueForCurrentlySelectedProperty(
-    const KVMPP15SequentialPropsReader& propsReader, KVMPPProps& data) const {
+    const KVMPP15SequentialPropsReader& propsReader,
+    const std::map<uint32_t, std::vector<uint8_t>>& catalogued, KVMPPProps& data) const {
     const uint32_t size = wordAt(propsReader.curPropertyHeader(), 0);
     const uint32_t ending = wordAt(propsReader.curPropertyHeader(), 8);
-    const std::optional<std::vector<uint8_t>> value = constructValueForPropertyType(
-        project(), propsReader.curPropertyType(), propsReader.curPropertyData());
+    const auto found = catalogued.find(propsReader.curPropertyType());
+    const std::optional<std::vector<uint8_t>> value =
+        found != catalogued.end() ? std::optional(found->second)
+                                  : constructValueForPropertyType(project(), propsReader.curPropertyType(),
+                                                                  propsReader.curPropertyData());
     const std::vector<uint8_t>& bytes = value ? *value : propsReader.curPropertyData();
     // A header that held the size twice keeps that form with the new size.
     data.setWriteSizeTwice(size == ending);
@@ -88,12 +105,7 @@ void KVMPP15ProjectPropsWriter::writeValueForCurrentlySelectedProperty(
 
 std::optional<std::vector<uint8_t>>
 KVMPP15ProjectPropsWriter::constructValueForPropertyType(const KVMPPProject& project, uint32_t type,
-                                                         const std::vector<uint8_t>& original) const {
-    for (const auto& [field, setting] : cataloguedSettings(project)) {
-        if (mppFieldPropertyNumber(layoutVersion(), field) == type) {
-            return encodeMPPFieldPayload(layoutVersion(), field, setting);
-        }
-    }
+                                                         const std::vector<uint8_t>& original) {
     KVMPPData value;
     const auto text = [&value](const std::string& string) {
         value.writeString(string, kMPPDataEncodingUTF16LE);

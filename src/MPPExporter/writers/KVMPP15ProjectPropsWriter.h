@@ -3,6 +3,7 @@
 #include "MPPExporter/writers/KVMPPWriter.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -18,13 +19,16 @@ public:
 
     bool writeDataForProject(const KVMPPProject* project) override;
 
-    // The project's value of a property type, or none where the template's value stays: the settings
-    // that the catalogue names by their rows, the others by their types here.
-    std::optional<std::vector<uint8_t>>
+    // The project's value of a property type that the catalogue does not name, or none where the
+    // template's value stays.
+    static std::optional<std::vector<uint8_t>>
     constructValueForPropertyType(const KVMPPProject& project, uint32_t type,
-                                  const std::vector<uint8_t>& original) const;
+                                  const std::vector<uint8_t>& original);
 
 private:
+    // The encoded values of the settings that the catalogue names, by their property numbers.
+    std::map<uint32_t, std::vector<uint8_t>> cataloguedValues(const KVMPPProject& project) const;
     void writeValueForCurrentlySelectedProperty(const KVMPP15SequentialPropsReader& propsReader,
+                                                const std::map<uint32_t, std::vector<uint8_t>>& catalogued,
                                                 KVMPPProps& data) const;
 };

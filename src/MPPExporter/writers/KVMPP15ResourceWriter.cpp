@@ -6,11 +6,7 @@
 #include "MPPExporter/writers/KVMPP15TaskWriter.h"
 #include "MPPExporter/writers/MPPFieldAliasProps.h"
 #include "MPPExporter/writers/MPPFieldWrites.h"
-#include "MPPImporter/format/MPPCustomFieldTables.h"
 #include "MPPImporter/format/MPPFormatConstants.h"
-#include "MPPImporter/format/MPPPropertyKeyTables.h"
-#include "MPPImporter/format/MPPResourcePropertyKeys.h"
-#include "MPPImporter/format/MPPVersionTables.h"
 #include "MPPImporter/text/UnicodeText.h"
 
 #include <algorithm>
